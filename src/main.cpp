@@ -1,0 +1,5 @@
+#include "shell/app/Startup.h"
+
+int main(int argc, char** argv) {
+    return Pelorin::RunPelorin(argc, argv);
+}
