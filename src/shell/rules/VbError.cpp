@@ -17,6 +17,10 @@ VbError VbError::SubscriptOutOfRange() {
     return {SubscriptOutOfRangeNumber, QStringLiteral("Subscript out of range")};
 }
 
+VbError VbError::InputPastEndOfFile() {
+    return {InputPastEndOfFileNumber, QStringLiteral("Input past end of file")};
+}
+
 VbError VbError::ControlArrayElementMissing(int index) {
     return {ControlArrayElementMissingNumber,
             QStringLiteral("Control array element '%1' doesn't exist").arg(index)};

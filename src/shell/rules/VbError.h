@@ -15,6 +15,7 @@ public:
         CannotLoadFileNumber = 5,
         OverflowNumber = 6,
         SubscriptOutOfRangeNumber = 9,
+        InputPastEndOfFileNumber = 62,
         TypeMismatchNumber = 13,
         ObjectNotSetNumber = 91,
         ControlArrayElementMissingNumber = 340,
@@ -31,6 +32,7 @@ public:
     static VbError TypeMismatch();
     static VbError Overflow();
     static VbError SubscriptOutOfRange();
+    static VbError InputPastEndOfFile();
     static VbError ControlArrayElementMissing(int index);
     static VbError ObjectNotSet();
     static VbError CannotLoadFile();

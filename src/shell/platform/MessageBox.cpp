@@ -1,0 +1,96 @@
+#include "MessageBox.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include <cstdio>
+
+namespace Pelorin {
+
+namespace {
+
+QString TitleOrDefault(const QString& title) {
+    return title.isEmpty() ? QStringLiteral("Pelorin") : title;
+}
+
+MessageBox::Answer DefaultAnswer(MessageBox::Buttons buttons) {
+    switch (buttons) {
+    case MessageBox::Buttons::Ok:
+    case MessageBox::Buttons::OkCancel:
+        return MessageBox::Answer::Ok;
+    case MessageBox::Buttons::YesNo:
+    case MessageBox::Buttons::YesNoCancel:
+        return MessageBox::Answer::Yes;
+    }
+    return MessageBox::Answer::Ok;
+}
+
+} // namespace
+
+bool MessageBox::IsUnattended() {
+    return qEnvironmentVariable("PELORIN_UNATTENDED") == QLatin1String("1");
+}
+
+QString MessageBox::LogLine(const QString& title, const QString& text) {
+    QString flat = text;
+    flat.replace(QLatin1String("\r\n"), QLatin1String(" / "));
+    flat.replace(QLatin1Char('\n'), QLatin1String(" / "));
+    flat.replace(QLatin1Char('\r'), QLatin1String(" / "));
+    return TitleOrDefault(title) + QLatin1String(": ") + flat;
+}
+
+MessageBox::Answer MessageBox::Show(const QString& text, const QString& title, Icon icon,
+                                    Buttons buttons, QWidget* parent) {
+    const QByteArray line = LogLine(title, text).toLocal8Bit();
+    std::fprintf(stderr, "%s\n", line.constData());
+    std::fflush(stderr);
+    if (IsUnattended() || qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
+        return DefaultAnswer(buttons);
+
+    QMessageBox box(parent);
+    box.setWindowTitle(TitleOrDefault(title));
+    box.setText(text);
+    switch (icon) {
+    case Icon::None:
+        box.setIcon(QMessageBox::NoIcon);
+        break;
+    case Icon::Critical:
+        box.setIcon(QMessageBox::Critical);
+        break;
+    case Icon::Question:
+        box.setIcon(QMessageBox::Question);
+        break;
+    case Icon::Exclamation:
+        box.setIcon(QMessageBox::Warning);
+        break;
+    case Icon::Information:
+        box.setIcon(QMessageBox::Information);
+        break;
+    }
+    switch (buttons) {
+    case Buttons::Ok:
+        box.setStandardButtons(QMessageBox::Ok);
+        break;
+    case Buttons::OkCancel:
+        box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+        break;
+    case Buttons::YesNo:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        break;
+    case Buttons::YesNoCancel:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        break;
+    }
+    switch (box.exec()) {
+    case QMessageBox::Cancel:
+        return Answer::Cancel;
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    default:
+        return Answer::Ok;
+    }
+}
+
+} // namespace Pelorin
