@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+namespace Pelorin {
+
+// File names written inside skins, personal.ini and lyrics paths, which were often made on
+// Windows: "\" separates folders there, and the file system did not care about letter case.
+class FileNames {
+public:
+    // Every "\" read as "/".
+    static QString WithSlashes(const QString& name);
+
+    // `folder` followed by `relativeName` as it stands (no separator is added; a folder ends
+    // with "/"), its backslashes read as "/". When that file does not exist with this exact
+    // case, each component below `folder` is looked up case-insensitively in its own folder.
+    // A name that matches nothing comes back unchanged apart from the slashes.
+    static QString InFolder(const QString& folder, const QString& relativeName);
+
+    // The same fallback for a whole path: components that do not exist with their exact case
+    // are looked up case-insensitively, from the first one that is missing.
+    static QString Resolve(const QString& path);
+};
+
+} // namespace Pelorin

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+#include <QStringList>
+
+namespace Pelorin {
+
+// How a text file's bytes were decoded, so that it is written back the same way.
+enum class TextEncoding { Utf8, Windows1252 };
+
+// A text file as lines. Skins, personal.ini and lyrics files share it.
+struct TextFileContent {
+    QStringList Lines;
+    TextEncoding Encoding = TextEncoding::Utf8;
+    // A UTF-8 byte order mark was stripped on reading and is written back.
+    bool HadBom = false;
+    // False when the bytes held no CR at all: a file saved with Unix line ends, which reads as a
+    // single line because a lone LF does not end a line.
+    bool HasCR = false;
+};
+
+// Bytes to text and back. Files made on Windows are Windows-1252 more often than not, so any
+// byte sequence that is not valid UTF-8 is read as Windows-1252 instead of being mangled.
+class TextFile {
+public:
+    // True when the bytes are well-formed UTF-8 (no overlong forms, surrogates or values past
+    // U+10FFFF).
+    static bool IsValidUtf8(QByteArrayView bytes);
+
+    // UTF-8 when valid, else Windows-1252; a leading UTF-8 byte order mark is dropped.
+    static QString Decode(QByteArrayView bytes, TextEncoding* used = nullptr,
+                          bool* hadBom = nullptr);
+    // Characters that Windows-1252 cannot hold become "?".
+    static QByteArray Encode(QStringView text, TextEncoding encoding);
+
+    // A line ends with CR LF or a lone CR; a lone LF stays inside its line. The end of the text
+    // ends the last line, so "a\r\n" is one line and "a\r\n\r\n" two, the second empty.
+    static QStringList SplitLines(QStringView text);
+
+    static TextFileContent FromBytes(QByteArrayView bytes);
+    // Every line followed by CR LF, so reading the bytes back gives the same lines.
+    static QByteArray ToBytes(const TextFileContent& content);
+
+    // False with `error` set when the file cannot be opened or read.
+    static bool Read(const QString& path, TextFileContent& content, QString* error = nullptr);
+    // Writes the whole file or nothing (the old file stays when anything fails).
+    static bool Write(const QString& path, const TextFileContent& content,
+                      QString* error = nullptr);
+};
+
+} // namespace Pelorin
