@@ -1,0 +1,350 @@
+#include "player/memory/MemoryPlayerState.h"
+
+#include "player/PlayerError.h"
+#include "player/memory/MemoryPlayer.h"
+#include "player/memory/MemoryPlaylist.h"
+#include "player/memory/MemorySource.h"
+#include "player/memory/MemoryTrack.h"
+
+#include <algorithm>
+
+namespace Pelorin {
+
+MemoryPlayerState::MemoryPlayerState(MemoryPlayer* owner) : m_owner(owner) {
+    MemorySourceData library;
+    library.name = QStringLiteral("Library");
+    auto libraryPlaylist = std::make_shared<MemoryPlaylistData>();
+    libraryPlaylist->kind = MemoryPlaylistData::Kind::Library;
+    libraryPlaylist->name = QStringLiteral("Library");
+    auto queuePlaylist = std::make_shared<MemoryPlaylistData>();
+    queuePlaylist->kind = MemoryPlaylistData::Kind::Queue;
+    library.playlists = {libraryPlaylist, queuePlaylist};
+    m_sources.append(library);
+}
+
+void MemoryPlayerState::Check(const QString& operation) const {
+    if (m_quit)
+        throw VbError::Player(QStringLiteral("The player is not running"));
+    if (m_refusingCommands)
+        throw VbError::Player(QStringLiteral("The player is not accepting commands"));
+    const auto failure = m_failures.constFind(operation);
+    if (failure != m_failures.constEnd())
+        throw *failure;
+    if (m_unsupported.contains(operation))
+        throw PlayerError::NotSupported(operation.mid(operation.indexOf(QLatin1Char('.')) + 1));
+}
+
+int MemoryPlayerState::AddLibraryTrack(MemoryTrackData data) {
+    const int id = m_nextTrackId++;
+    if (data.finish < 0)
+        data.finish = data.duration;
+    m_library.emplace(id, std::move(data));
+    m_libraryOrder.append(id);
+    return id;
+}
+
+MemoryTrackData& MemoryPlayerState::Data(int trackId) {
+    const auto found = m_library.find(trackId);
+    if (found == m_library.end())
+        throw VbError::Player(QStringLiteral("The track is not in the library"));
+    return found->second;
+}
+
+void MemoryPlayerState::TrackChanged(int trackId) {
+    if (m_owner)
+        m_owner->PostDatabaseChangedEvent({}, {trackId});
+}
+
+void MemoryPlayerState::Enqueue(int trackId) {
+    Data(trackId);
+    m_queue.append({m_nextEntryId++, trackId});
+}
+
+int MemoryPlayerState::CurrentEntryId() const {
+    if (m_playState == MemoryPlayState::Stopped || m_current < 0 || m_current >= m_queue.size())
+        return 0;
+    return m_queue[m_current].entryId;
+}
+
+void MemoryPlayerState::StartPlaying(int queueIndex) {
+    m_current = queueIndex;
+    m_position = 0;
+    m_playState = MemoryPlayState::Playing;
+}
+
+MemoryPlayerState::Snapshot MemoryPlayerState::Before() const {
+    const int entryId = CurrentEntryId();
+    return {m_playState, entryId, entryId != 0 ? m_queue[m_current].trackId : 0};
+}
+
+// Reports a change of playback the way the MPD backend derives events from two status reads.
+void MemoryPlayerState::FinishTransition(const Snapshot& before) {
+    if (!m_owner)
+        return;
+    if (m_playState == MemoryPlayState::Playing) {
+        if (before.state != MemoryPlayState::Playing)
+            m_owner->PostPlayEvent(CurrentTrackObject());
+        else if (CurrentEntryId() != before.entryId)
+            m_owner->PostPlayingTrackChangedEvent(CurrentTrackObject());
+    } else if (m_playState != before.state) {
+        std::shared_ptr<IITTrack> stopped;
+        if (before.trackId != 0 && HasTrack(before.trackId)) {
+            stopped = TrackObject(before.trackId,
+                                  {MemoryTrackContext::Kind::QueueEntry, before.entryId, nullptr});
+        }
+        m_owner->PostStopEvent(stopped);
+    }
+}
+
+void MemoryPlayerState::Play() {
+    const Snapshot before = Before();
+    if (m_playState == MemoryPlayState::Paused) {
+        m_playState = MemoryPlayState::Playing;
+    } else if (m_playState == MemoryPlayState::Stopped && !m_queue.isEmpty()) {
+        StartPlaying(m_current >= 0 && m_current < m_queue.size() ? m_current : 0);
+    }
+    FinishTransition(before);
+}
+
+void MemoryPlayerState::Pause() {
+    const Snapshot before = Before();
+    if (m_playState == MemoryPlayState::Playing)
+        m_playState = MemoryPlayState::Paused;
+    FinishTransition(before);
+}
+
+void MemoryPlayerState::PlayPause() {
+    if (m_playState == MemoryPlayState::Playing)
+        Pause();
+    else
+        Play();
+}
+
+void MemoryPlayerState::Stop() {
+    const Snapshot before = Before();
+    m_playState = MemoryPlayState::Stopped;
+    m_position = 0;
+    FinishTransition(before);
+}
+
+void MemoryPlayerState::NextTrack() {
+    if (m_playState == MemoryPlayState::Stopped)
+        throw VbError::Player(QStringLiteral("Not playing"));
+    const Snapshot before = Before();
+    if (m_current + 1 < m_queue.size()) {
+        StartPlaying(m_current + 1);
+    } else if (m_songRepeat == ITPlaylistRepeatModeAll) {
+        StartPlaying(0);
+    } else {
+        m_playState = MemoryPlayState::Stopped;
+        m_position = 0;
+        m_current = 0;
+    }
+    FinishTransition(before);
+}
+
+void MemoryPlayerState::PreviousTrack() {
+    if (m_playState == MemoryPlayState::Stopped)
+        throw VbError::Player(QStringLiteral("Not playing"));
+    const Snapshot before = Before();
+    StartPlaying(m_current > 0 ? m_current - 1 : 0);
+    FinishTransition(before);
+}
+
+void MemoryPlayerState::Quit() {
+    m_quit = true;
+    m_playState = MemoryPlayState::Stopped;
+    m_position = 0;
+    if (m_owner)
+        m_owner->PostQuittingEvent();
+}
+
+void MemoryPlayerState::Restart() {
+    m_quit = false;
+    m_playState = MemoryPlayState::Stopped;
+    m_position = 0;
+}
+
+void MemoryPlayerState::PlayFrom(const MemoryPlaylistData& playlist) {
+    const QList<int> trackIds = PlaylistTrackIds(playlist);
+    if (trackIds.isEmpty())
+        throw VbError::Player(QStringLiteral("Bad song index"));
+    const Snapshot before = Before();
+    if (playlist.kind != MemoryPlaylistData::Kind::Queue) {
+        m_queue.clear();
+        for (int trackId : trackIds)
+            m_queue.append({m_nextEntryId++, trackId});
+        m_loadedPlaylistName =
+            playlist.kind == MemoryPlaylistData::Kind::User ? playlist.name : QString();
+    }
+    StartPlaying(0);
+    FinishTransition(before);
+}
+
+int MemoryPlayerState::Position() const {
+    return m_playState == MemoryPlayState::Stopped ? 0 : m_position;
+}
+
+void MemoryPlayerState::Seek(int seconds) {
+    if (m_playState == MemoryPlayState::Stopped)
+        throw VbError::Player(QStringLiteral("Not playing"));
+    const int length = Data(m_queue[m_current].trackId).duration;
+    m_position = std::clamp(seconds, 0, length);
+}
+
+void MemoryPlayerState::SetVolume(int volume) {
+    if (volume < 0 || volume > 100)
+        throw VbError::Player(QStringLiteral("Invalid volume value"));
+    m_volume = volume;
+}
+
+void MemoryPlayerState::SetSongRepeat(int mode) {
+    if (mode < ITPlaylistRepeatModeOff || mode > ITPlaylistRepeatModeAll)
+        throw VbError::Player(QStringLiteral("Invalid song repeat mode"));
+    m_songRepeat = mode;
+}
+
+QString MemoryPlayerState::QueueName() const {
+    return m_loadedPlaylistName.isEmpty() ? QStringLiteral("Play Queue") : m_loadedPlaylistName;
+}
+
+int MemoryPlayerState::AddSource(const QString& name) {
+    m_sources.append({name, {}});
+    return static_cast<int>(m_sources.size());
+}
+
+std::shared_ptr<MemoryPlaylistData>
+MemoryPlayerState::AddUserPlaylist(const QString& name, const QList<int>& trackIds, int source) {
+    if (source < 1 || source > m_sources.size())
+        throw VbError::SubscriptOutOfRange();
+    for (int trackId : trackIds)
+        Data(trackId);
+    auto playlist = std::make_shared<MemoryPlaylistData>();
+    playlist->name = name;
+    playlist->trackIds = trackIds;
+    m_sources[source - 1].playlists.append(playlist);
+    return playlist;
+}
+
+std::shared_ptr<MemoryPlaylistData> MemoryPlayerState::LibraryPlaylistData() const {
+    return m_sources.front().playlists.at(0);
+}
+
+std::shared_ptr<MemoryPlaylistData> MemoryPlayerState::QueuePlaylistData() const {
+    return m_sources.front().playlists.at(1);
+}
+
+QList<int> MemoryPlayerState::PlaylistTrackIds(const MemoryPlaylistData& playlist) const {
+    switch (playlist.kind) {
+    case MemoryPlaylistData::Kind::Library:
+        return m_libraryOrder;
+    case MemoryPlaylistData::Kind::Queue: {
+        QList<int> ids;
+        ids.reserve(m_queue.size());
+        for (const QueueEntry& entry : m_queue)
+            ids.append(entry.trackId);
+        return ids;
+    }
+    case MemoryPlaylistData::Kind::User:
+        break;
+    }
+    return playlist.trackIds;
+}
+
+// Removing the entry that plays moves on to the next entry, or stops when none follows or when
+// playback was paused, as MPD does.
+void MemoryPlayerState::RemoveQueueEntries(const QSet<int>& entryIds) {
+    const Snapshot before = Before();
+    bool currentRemoved = false;
+    for (qsizetype i = m_queue.size() - 1; i >= 0; --i) {
+        if (!entryIds.contains(m_queue[i].entryId))
+            continue;
+        if (i == m_current)
+            currentRemoved = true;
+        else if (i < m_current)
+            --m_current;
+        m_queue.removeAt(i);
+    }
+    if (currentRemoved && m_playState != MemoryPlayState::Stopped) {
+        if (m_playState == MemoryPlayState::Playing && m_current < m_queue.size()) {
+            StartPlaying(m_current);
+        } else {
+            m_playState = MemoryPlayState::Stopped;
+            m_position = 0;
+        }
+    }
+    if (m_current >= m_queue.size())
+        m_current = m_queue.isEmpty() ? -1 : 0;
+    FinishTransition(before);
+}
+
+void MemoryPlayerState::DeleteQueueEntry(int entryId) {
+    for (const QueueEntry& entry : std::as_const(m_queue)) {
+        if (entry.entryId == entryId)
+            return RemoveQueueEntries({entryId});
+    }
+    throw VbError::Player(QStringLiteral("No such song"));
+}
+
+void MemoryPlayerState::DeleteFromPlaylist(MemoryPlaylistData& playlist, int trackId) {
+    if (!playlist.trackIds.removeOne(trackId))
+        throw VbError::Player(QStringLiteral("No such song"));
+    if (m_owner)
+        m_owner->PostDatabaseChangedEvent({}, {});
+}
+
+// The library is the music folder: deleting a library track takes it out of the queue and every
+// user playlist, while the track itself stays known until its file goes.
+void MemoryPlayerState::DeleteFromLibrary(int trackId) {
+    Data(trackId);
+    QSet<int> entries;
+    for (const QueueEntry& entry : std::as_const(m_queue)) {
+        if (entry.trackId == trackId)
+            entries.insert(entry.entryId);
+    }
+    RemoveQueueEntries(entries);
+    for (MemorySourceData& source : m_sources) {
+        for (const auto& playlist : std::as_const(source.playlists))
+            playlist->trackIds.removeAll(trackId);
+    }
+    if (m_owner)
+        m_owner->PostDatabaseChangedEvent({trackId}, {});
+}
+
+std::shared_ptr<IITTrack> MemoryPlayerState::TrackObject(int trackId, MemoryTrackContext context) {
+    if (Data(trackId).isFile)
+        return std::make_shared<MemoryFileTrack>(weak_from_this(), trackId, std::move(context));
+    return std::make_shared<MemoryStreamTrack>(weak_from_this(), trackId, std::move(context));
+}
+
+std::shared_ptr<IITTrack> MemoryPlayerState::CurrentTrackObject() {
+    const int entryId = CurrentEntryId();
+    if (entryId == 0)
+        return nullptr;
+    return TrackObject(m_queue[m_current].trackId,
+                       {MemoryTrackContext::Kind::QueueEntry, entryId, nullptr});
+}
+
+std::shared_ptr<IITPlaylist>
+MemoryPlayerState::PlaylistObject(std::shared_ptr<MemoryPlaylistData> playlist) {
+    return std::make_shared<MemoryPlaylist>(weak_from_this(), std::move(playlist));
+}
+
+std::shared_ptr<IITSource> MemoryPlayerState::SourceObject(int sourceIndex) {
+    return std::make_shared<MemorySource>(weak_from_this(), sourceIndex);
+}
+
+void MemoryPlayerState::FailOperation(const QString& operation, const VbError& error) {
+    m_failures.insert(operation, error);
+}
+
+void MemoryPlayerState::MakeUnsupported(const QString& operation) {
+    m_unsupported.insert(operation);
+}
+
+void MemoryPlayerState::ClearFailures() {
+    m_failures.clear();
+    m_unsupported.clear();
+}
+
+} // namespace Pelorin

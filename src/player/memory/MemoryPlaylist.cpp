@@ -1,0 +1,156 @@
+#include "player/memory/MemoryPlaylist.h"
+
+#include "player/memory/MemoryCollection.h"
+#include "shell/rules/TextRules.h"
+
+#include <QFileInfo>
+
+namespace Pelorin {
+
+namespace {
+
+// The fields of a track that a search in `searchField` looks at.
+QStringList SearchedFields(const MemoryTrackData& data, int searchField) {
+    switch (searchField) {
+    case ITPlaylistSearchFieldArtists:
+        return {data.artist, data.albumArtist};
+    case ITPlaylistSearchFieldAlbums:
+        return {data.album};
+    case ITPlaylistSearchFieldComposers:
+        return {data.composer};
+    case ITPlaylistSearchFieldSongNames:
+        return {data.name};
+    case ITPlaylistSearchFieldVisible:
+        return {data.name, data.artist, data.album, data.composer, data.genre};
+    default:
+        return {data.name,        data.artist,   data.album,
+                data.albumArtist, data.composer, data.genre,
+                data.comment,     data.grouping, QFileInfo(data.location).fileName()};
+    }
+}
+
+bool Matches(const MemoryTrackData& data, const QStringList& words, int searchField) {
+    const QStringList fields = SearchedFields(data, searchField);
+    for (const QString& word : words) {
+        bool found = false;
+        for (const QString& field : fields) {
+            if (Rules::ContainsIgnoringCase(field, word)) {
+                found = true;
+                break;
+            }
+        }
+        if (!found)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+MemoryPlaylist::MemoryPlaylist(std::weak_ptr<MemoryPlayerState> state,
+                               std::shared_ptr<MemoryPlaylistData> playlist)
+    : m_state(std::move(state)), m_playlist(std::move(playlist)) {}
+
+std::shared_ptr<MemoryPlayerState> MemoryPlaylist::Use(const char* operation) const {
+    std::shared_ptr<MemoryPlayerState> state = m_state.lock();
+    if (!state)
+        throw VbError::Player(QStringLiteral("The player is not running"));
+    state->Check(QStringLiteral("IITPlaylist.") + QLatin1String(operation));
+    return state;
+}
+
+QList<MemoryPlaylist::Entry> MemoryPlaylist::Entries(const MemoryPlayerState& state) const {
+    QList<Entry> entries;
+    switch (m_playlist->kind) {
+    case MemoryPlaylistData::Kind::Library:
+        for (int trackId : state.LibraryOrder())
+            entries.append(Entry{trackId, {}});
+        break;
+    case MemoryPlaylistData::Kind::Queue:
+        for (const MemoryPlayerState::QueueEntry& entry : state.Queue()) {
+            entries.append(Entry{entry.trackId,
+                                 {MemoryTrackContext::Kind::QueueEntry, entry.entryId, nullptr}});
+        }
+        break;
+    case MemoryPlaylistData::Kind::User:
+        for (int trackId : std::as_const(m_playlist->trackIds))
+            entries.append(Entry{trackId, {MemoryTrackContext::Kind::Playlist, 0, m_playlist}});
+        break;
+    }
+    return entries;
+}
+
+QString MemoryPlaylist::Name() const {
+    const std::shared_ptr<MemoryPlayerState> state = Use("Name");
+    if (m_playlist->kind == MemoryPlaylistData::Kind::Queue)
+        return state->QueueName();
+    return m_playlist->name;
+}
+
+std::shared_ptr<IITTrackCollection> MemoryPlaylist::Tracks() const {
+    const std::shared_ptr<MemoryPlayerState> state = Use("Tracks");
+    QList<std::shared_ptr<IITTrack>> tracks;
+    for (const Entry& entry : Entries(*state))
+        tracks.append(state->TrackObject(entry.trackId, entry.context));
+    return std::make_shared<MemoryCollection<IITTrack>>(m_state, QStringLiteral("IITTrack"),
+                                                        std::move(tracks));
+}
+
+int MemoryPlaylist::Duration() const {
+    const std::shared_ptr<MemoryPlayerState> state = Use("Duration");
+    int total = 0;
+    for (int trackId : state->PlaylistTrackIds(*m_playlist))
+        total += state->Data(trackId).duration;
+    return total;
+}
+
+int MemoryPlaylist::SongRepeat() const {
+    return Use("SongRepeat")->SongRepeat();
+}
+
+void MemoryPlaylist::SetSongRepeat(int mode) {
+    Use("SetSongRepeat")->SetSongRepeat(mode);
+}
+
+bool MemoryPlaylist::Shuffle() const {
+    return Use("Shuffle")->Shuffle();
+}
+
+void MemoryPlaylist::SetShuffle(bool value) {
+    Use("SetShuffle")->SetShuffle(value);
+}
+
+void MemoryPlaylist::PlayFirstTrack() {
+    Use("PlayFirstTrack")->PlayFrom(*m_playlist);
+}
+
+void MemoryPlaylist::AddTrack(const IITTrack& track) {
+    const std::shared_ptr<MemoryPlayerState> state = Use("AddTrack");
+    if (m_playlist->kind != MemoryPlaylistData::Kind::User) {
+        throw VbError::Player(
+            QStringLiteral("Tracks cannot be added to \"%1\": it is not a user playlist")
+                .arg(Name()));
+    }
+    const int trackId = track.TrackDatabaseID();
+    if (!state->HasTrack(trackId))
+        throw VbError::Player(QStringLiteral("The track is not in the library"));
+    m_playlist->trackIds.append(trackId);
+    state->TrackChanged(trackId);
+}
+
+std::shared_ptr<IITTrackCollection> MemoryPlaylist::Search(const QString& text,
+                                                           int searchField) const {
+    const std::shared_ptr<MemoryPlayerState> state = Use("Search");
+    const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QList<std::shared_ptr<IITTrack>> found;
+    for (const Entry& entry : Entries(*state)) {
+        if (Matches(state->Data(entry.trackId), words, searchField))
+            found.append(state->TrackObject(entry.trackId, entry.context));
+    }
+    if (found.isEmpty())
+        return nullptr;
+    return std::make_shared<MemoryCollection<IITTrack>>(m_state, QStringLiteral("IITTrack"),
+                                                        std::move(found));
+}
+
+} // namespace Pelorin
