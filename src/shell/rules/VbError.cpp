@@ -17,6 +17,10 @@ VbError VbError::SubscriptOutOfRange() {
     return {SubscriptOutOfRangeNumber, QStringLiteral("Subscript out of range")};
 }
 
+VbError VbError::FileNotFound() {
+    return {FileNotFoundNumber, QStringLiteral("File not found")};
+}
+
 VbError VbError::InputPastEndOfFile() {
     return {InputPastEndOfFileNumber, QStringLiteral("Input past end of file")};
 }

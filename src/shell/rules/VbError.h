@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-
 #include <exception>
 
 namespace Pelorin {
@@ -15,6 +14,7 @@ public:
         CannotLoadFileNumber = 5,
         OverflowNumber = 6,
         SubscriptOutOfRangeNumber = 9,
+        FileNotFoundNumber = 53,
         InputPastEndOfFileNumber = 62,
         TypeMismatchNumber = 13,
         ObjectNotSetNumber = 91,
@@ -32,6 +32,7 @@ public:
     static VbError TypeMismatch();
     static VbError Overflow();
     static VbError SubscriptOutOfRange();
+    static VbError FileNotFound();
     static VbError InputPastEndOfFile();
     static VbError ControlArrayElementMissing(int index);
     static VbError ObjectNotSet();

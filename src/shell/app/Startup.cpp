@@ -1,0 +1,154 @@
+#include "Startup.h"
+
+#include "ExternalOpener.h"
+#include "FormsRegistry.h"
+#include "InstanceLock.h"
+#include "MenusForm.h"
+#include "PlainSkinWindow.h"
+#include "PlayerControl.h"
+#include "Shell.h"
+#include "shell/platform/PictureLoader.h"
+#include "shell/settings/ProgramPaths.h"
+#include "shell/settings/Settings.h"
+#include "skin/SkinLint.h"
+
+#include <QApplication>
+#include <QTextStream>
+#include <cstdio>
+#include <cstdlib>
+
+namespace Pelorin {
+
+namespace {
+
+const char* const Usage =
+    "Usage: pelorin [COMMAND LINE]\n"
+    "A skinnable remote control for the Music Player Daemon.\n"
+    "\n"
+    "  (nothing)               open the skin used last, or \"Default\"\n"
+    "  default                 open the \"Default\" skin\n"
+    "  FOLDER/|LEFT|TOP        open the skin in FOLDER at LEFT, TOP (twips, 15 per pixel)\n"
+    "  Deskband WINDOWID       open the deskband skin inside the X11 window WINDOWID\n"
+    "  --check-skin FOLDER     report every fault of the skin in FOLDER; exit status 1 if any\n"
+    "  --help                  show this help\n"
+    "  --version               show the version\n"
+    "\n"
+    "Environment: PELORIN_HOME (program folder), PELORIN_UNATTENDED=1 (message boxes on\n"
+    "stderr only), MPD_HOST and MPD_PORT (the player).\n";
+
+class SkinWindows final : public SkinWindowFactory {
+public:
+    explicit SkinWindows(FormsRegistry& forms) : m_forms(forms) {}
+    void SetUnloadingHandler(PlainSkinWindow::UnloadingHandler handler) {
+        m_onUnloading = std::move(handler);
+    }
+    SkinWindow* CreateSkinWindow() override { return new PlainSkinWindow(m_forms, m_onUnloading); }
+
+private:
+    FormsRegistry& m_forms;
+    PlainSkinWindow::UnloadingHandler m_onUnloading;
+};
+
+// Until a player backend is linked in, starting and quitting the player are reported plainly.
+class UnlinkedPlayer final : public PlayerControl {
+public:
+    void StartPlayer() override {
+        std::fprintf(stderr, "Pelorin: no player backend is built in; the player is not started\n");
+    }
+    void QuitPlayer() override {
+        std::fprintf(stderr, "Pelorin: no player backend is built in; the player is not quit\n");
+    }
+};
+
+int CheckSkinCommand(int argc, char** argv, const QStringList& args) {
+    QCoreApplication app(argc, argv);
+    if (args.size() < 2) {
+        std::fprintf(stderr, "pelorin: --check-skin needs a skin folder\n");
+        return 2;
+    }
+    QTextStream out(stdout);
+    const int faults = CheckSkin(
+        args.at(1), [](const QString& path) { (void)LoadPicture(path); }, out);
+    out.flush();
+    return faults > 0 ? 1 : 0;
+}
+
+// Skins place themselves and grab hotkeys, which Wayland forbids: use XWayland unless the user
+// chose a platform.
+void PreferX11() {
+    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        return;
+    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+        qEnvironmentVariable("XDG_SESSION_TYPE") == QLatin1String("wayland"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
+} // namespace
+
+int RunPelorin(int argc, char** argv) {
+    QStringList args;
+    for (int i = 1; i < argc; ++i)
+        args.append(QString::fromLocal8Bit(argv[i]));
+    if (!args.isEmpty()) {
+        if (args.first() == QLatin1String("--help") || args.first() == QLatin1String("-h")) {
+            std::fputs(Usage, stdout);
+            return 0;
+        }
+        if (args.first() == QLatin1String("--version")) {
+            std::printf("Pelorin %s\n", PELORIN_VERSION);
+            return 0;
+        }
+        if (args.first() == QLatin1String("--check-skin"))
+            return CheckSkinCommand(argc, argv, args);
+    }
+
+    PreferX11();
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Pelorin"));
+    QApplication::setOrganizationName(QStringLiteral("Pelorin"));
+    QApplication::setApplicationVersion(QStringLiteral(PELORIN_VERSION));
+    // Skin windows are tool windows, which Qt's own rule ignores; the last skin window's closing
+    // ends the program.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    Settings settings;
+    QString pathError;
+    const ProgramPaths paths =
+        ProgramPaths::Resolve(ProgramFolderSources::FromEnvironment(), &pathError);
+    if (!pathError.isEmpty())
+        std::fprintf(stderr, "Pelorin: %s\n", qPrintable(pathError));
+
+    FormsRegistry forms;
+    InstanceLock lock(ProgramPaths::InstanceLockFile());
+    SkinWindows skinWindows(forms);
+    UnlinkedPlayer player;
+
+    Shell shell({
+        .settings = settings,
+        .forms = forms,
+        .instanceLock = lock,
+        .skinWindows = skinWindows,
+        .player = player,
+        .paths = paths,
+        .loadMenus = [&forms]() -> Form* { return new MenusForm(forms); },
+        .processEvents = [] { QCoreApplication::processEvents(); },
+        .endProgram =
+            [&settings] {
+                // At once: no further handlers run, also from inside loops that pump events.
+                settings.Flush();
+                std::fflush(nullptr);
+                std::_Exit(0);
+            },
+        .openExternal = &OpenExternal,
+    });
+    skinWindows.SetUnloadingHandler([&shell](SkinWindow& w) { shell.SkinWindowUnloading(w); });
+
+    shell.Main(args.join(QLatin1Char(' ')));
+    if (shell.FrmMainCount() == 0) {
+        settings.Flush();
+        return 0;
+    }
+    return QApplication::exec();
+}
+
+} // namespace Pelorin
