@@ -1,0 +1,227 @@
+// Real windows on a real X server with a window manager: the properties the window system
+// sees, read back on a connection of the test's own.
+#include "shell/platform/PlatformHelpers.h"
+#include "shell/platform/WindowStyling.h"
+#include "shell/platform/WindowSystem.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QTest>
+#include <QWidget>
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <vector>
+#include <xcb/xcb.h>
+
+using namespace Pelorin;
+
+namespace {
+
+// A second client of the X server that only looks.
+class X11Probe {
+public:
+    X11Probe() : m_connection(xcb_connect(nullptr, nullptr)) {}
+    ~X11Probe() { xcb_disconnect(m_connection); }
+    X11Probe(const X11Probe&) = delete;
+    X11Probe& operator=(const X11Probe&) = delete;
+
+    xcb_connection_t* Connection() const { return m_connection; }
+    bool Ok() const { return xcb_connection_has_error(m_connection) == 0; }
+    xcb_window_t Root() const {
+        return xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    }
+
+    xcb_atom_t Atom(const char* name) const {
+        const auto cookie =
+            xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(std::strlen(name)), name);
+        std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(m_connection, cookie, nullptr), &std::free);
+        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    }
+
+    std::vector<uint32_t> Property(xcb_window_t window, const char* name, xcb_atom_t type) const {
+        const auto cookie = xcb_get_property(m_connection, 0, window, Atom(name), type, 0, 1024);
+        std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+            xcb_get_property_reply(m_connection, cookie, nullptr), &std::free);
+        std::vector<uint32_t> values;
+        if (!reply || reply->format != 32 || reply->type != type)
+            return values;
+        const auto* data = static_cast<const uint32_t*>(xcb_get_property_value(reply.get()));
+        values.assign(data, data + xcb_get_property_value_length(reply.get()) / 4);
+        return values;
+    }
+
+    std::optional<uint32_t> Opacity(xcb_window_t window) const {
+        const auto values = Property(window, "_NET_WM_WINDOW_OPACITY", XCB_ATOM_CARDINAL);
+        if (values.empty())
+            return std::nullopt;
+        return values.front();
+    }
+
+    bool HasState(xcb_window_t window, const char* state) const {
+        const auto values = Property(window, "_NET_WM_STATE", XCB_ATOM_ATOM);
+        return std::find(values.begin(), values.end(), Atom(state)) != values.end();
+    }
+
+    xcb_window_t Parent(xcb_window_t window) const {
+        const auto cookie = xcb_query_tree(m_connection, window);
+        std::unique_ptr<xcb_query_tree_reply_t, decltype(&std::free)> reply(
+            xcb_query_tree_reply(m_connection, cookie, nullptr), &std::free);
+        return reply ? reply->parent : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+    }
+
+    // A mapped full-screen window of type "desktop", as a file manager's desktop would be.
+    xcb_window_t CreateDesktopWindow() {
+        const xcb_window_t window = xcb_generate_id(m_connection);
+        const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0,
+                          screen->width_in_pixels, screen->height_in_pixels, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+        const xcb_atom_t type = Atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window,
+                            Atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
+        xcb_map_window(m_connection, window);
+        xcb_flush(m_connection);
+        return window;
+    }
+
+    void Destroy(xcb_window_t window) {
+        xcb_destroy_window(m_connection, window);
+        xcb_flush(m_connection);
+    }
+
+private:
+    xcb_connection_t* m_connection;
+};
+
+class X11Windows : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(QGuiApplication::platformName(), QStringLiteral("xcb"))
+            << "this test needs an X server (run it under xvfb-run)";
+        ASSERT_TRUE(probe.Ok());
+        system = CreateWindowSystem();
+        ASSERT_TRUE(system->IsAvailable());
+        window = std::make_unique<QWidget>(nullptr, Qt::FramelessWindowHint);
+        window->setGeometry(100, 100, 200, 100);
+    }
+
+    xcb_window_t Id() const { return static_cast<xcb_window_t>(window->winId()); }
+
+    void ShowAndWait() {
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    }
+
+    X11Probe probe;
+    std::unique_ptr<WindowSystem> system;
+    std::unique_ptr<QWidget> window;
+};
+
+} // namespace
+
+TEST_F(X11Windows, AlphaHalfWritesTheOpacityProperty) {
+    ShowAndWait();
+    EXPECT_TRUE(SetWindowAlpha(*system, window.get(), 128));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return probe.Opacity(Id()) == 0x80808080u; }))
+        << std::hex << probe.Opacity(Id()).value_or(0);
+}
+
+TEST_F(X11Windows, OpaqueAlphaKeepsTheOpacityProperty) {
+    ShowAndWait();
+    SetWindowAlpha(*system, window.get(), 128);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return probe.Opacity(Id()) == 0x80808080u; }));
+    EXPECT_TRUE(SetWindowAlpha(*system, window.get(), 255));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return probe.Opacity(Id()) == 0xFFFFFFFFu; }));
+    // Qt's own bookkeeping would drop the property for an opaque window; make sure nothing did
+    // after the events ran.
+    QTest::qWait(100);
+    EXPECT_EQ(probe.Opacity(Id()), 0xFFFFFFFFu);
+}
+
+TEST_F(X11Windows, OpaqueAlphaOnAFreshWindowIsWritten) {
+    ShowAndWait();
+    EXPECT_FALSE(probe.Opacity(Id()).has_value());
+    SetWindowAlpha(*system, window.get(), 255);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return probe.Opacity(Id()) == 0xFFFFFFFFu; }));
+}
+
+TEST_F(X11Windows, AlphaBeforeShowingSurvivesTheShow) {
+    SetWindowAlpha(*system, window.get(), 200);
+    ShowAndWait();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return probe.Opacity(Id()) == 200u * 0x01010101u; }));
+}
+
+TEST_F(X11Windows, AlphaAboveAByteUsesTheLowByte) {
+    ShowAndWait();
+    SetWindowAlpha(*system, window.get(), 256 + 128);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return probe.Opacity(Id()) == 0x80808080u; }));
+    SetWindowAlpha(*system, window.get(), 256);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return probe.Opacity(Id()) == 0u; }));
+}
+
+TEST_F(X11Windows, PutOnDesktopWithoutDesktopWindowKeepsBelowOnAllDesktops) {
+    ShowAndWait();
+    const DesktopPlacement placement = PutOnDesktop(*system, window.get());
+    EXPECT_EQ(placement.outcome, DesktopPlacement::Outcome::KeptBelow)
+        << placement.Describe().toStdString();
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return probe.HasState(Id(), "_NET_WM_STATE_BELOW") &&
+               probe.HasState(Id(), "_NET_WM_STATE_SKIP_TASKBAR") &&
+               probe.HasState(Id(), "_NET_WM_STATE_SKIP_PAGER");
+    }));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return probe.Property(Id(), "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL) ==
+               std::vector<uint32_t>{0xFFFFFFFFu};
+    }));
+}
+
+TEST_F(X11Windows, PutOnDesktopBeforeShowingAndAfterHidingHolds) {
+    const DesktopPlacement placement = PutOnDesktop(*system, window.get());
+    EXPECT_EQ(placement.outcome, DesktopPlacement::Outcome::KeptBelow);
+    ShowAndWait();
+    const auto keptBelow = [&] {
+        return probe.HasState(Id(), "_NET_WM_STATE_BELOW") &&
+               probe.HasState(Id(), "_NET_WM_STATE_SKIP_TASKBAR") &&
+               probe.HasState(Id(), "_NET_WM_STATE_SKIP_PAGER") &&
+               probe.Property(Id(), "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL) ==
+                   std::vector<uint32_t>{0xFFFFFFFFu};
+    };
+    EXPECT_TRUE(QTest::qWaitFor(keptBelow));
+    // The window manager forgets the state of a hidden window.
+    window->hide();
+    QTest::qWait(200);
+    ShowAndWait();
+    EXPECT_TRUE(QTest::qWaitFor(keptBelow));
+}
+
+TEST_F(X11Windows, PutOnDesktopParentsToTheDesktopWindow) {
+    const xcb_window_t desktop = probe.CreateDesktopWindow();
+    // The window manager lists it among its clients once it manages it.
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        const auto clients = probe.Property(probe.Root(), "_NET_CLIENT_LIST", XCB_ATOM_WINDOW);
+        return std::find(clients.begin(), clients.end(), desktop) != clients.end();
+    }));
+    ShowAndWait();
+    const DesktopPlacement placement = PutOnDesktop(*system, window.get());
+    EXPECT_EQ(placement.outcome, DesktopPlacement::Outcome::ParentedToDesktop)
+        << placement.Describe().toStdString();
+    EXPECT_EQ(placement.desktopWindow, desktop);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return probe.Parent(Id()) == desktop; }));
+    // Asked again, it does it again and stays there.
+    EXPECT_EQ(PutOnDesktop(*system, window.get()).outcome,
+              DesktopPlacement::Outcome::ParentedToDesktop);
+    EXPECT_EQ(probe.Parent(Id()), desktop);
+    window.reset();
+    probe.Destroy(desktop);
+}
+
+TEST_F(X11Windows, CursorPositionFollowsThePointer) {
+    ShowAndWait();
+    QCursor::setPos(321, 234);
+    EXPECT_TRUE(QTest::qWaitFor([] { return CursorPosition() == QPoint(321, 234); }));
+}
