@@ -1,9 +1,8 @@
-// One main for every GoogleTest program: it creates the Qt application object that the test
-// tier needs before any test runs. PELORIN_TEST_GUI selects QApplication (offscreen or X11
-// tiers), otherwise QCoreApplication (logic tier).
-#include <gtest/gtest.h>
-
+// One main for every GoogleTest program: it sets the test tier's platform and creates the Qt
+// application object the tier needs before any test runs. PELORIN_TEST_PLATFORM is empty for the
+// logic tier (QCoreApplication), "offscreen" or "xcb" for the widget tiers (QApplication).
 #include <QCoreApplication>
+#include <gtest/gtest.h>
 #include <memory>
 #ifdef PELORIN_TEST_GUI
 #include <QApplication>
@@ -11,9 +10,13 @@
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
-    bool listing = ::testing::GTEST_FLAG(list_tests);
+    // Message boxes go to stderr and take their default answer: tests never block on a dialog.
+    qputenv("PELORIN_UNATTENDED", "1");
+#ifdef PELORIN_TEST_PLATFORM
+    qputenv("QT_QPA_PLATFORM", PELORIN_TEST_PLATFORM);
+#endif
     std::unique_ptr<QCoreApplication> app;
-    if (!listing) {
+    if (!::testing::GTEST_FLAG(list_tests)) {
 #ifdef PELORIN_TEST_GUI
         app = std::make_unique<QApplication>(argc, argv);
 #else
