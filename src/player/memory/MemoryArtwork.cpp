@@ -11,8 +11,8 @@ void MemoryArtwork::SaveArtworkToFile(const QString& filePath) {
     const std::shared_ptr<MemoryPlayerState> state = m_state.lock();
     if (!state)
         throw VbError::Player(QStringLiteral("The player is not running"));
-    state->Check(QStringLiteral("IITArtwork.SaveArtworkToFile"));
-    const QList<QByteArray>& artwork = state->Data(m_trackId).artwork;
+    state->check(QStringLiteral("IITArtwork.SaveArtworkToFile"));
+    const QList<QByteArray>& artwork = state->data(m_trackId).artwork;
     if (m_index >= artwork.size())
         throw VbError::Player(QStringLiteral("The artwork no longer exists"));
     QSaveFile file(filePath);

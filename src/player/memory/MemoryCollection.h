@@ -17,23 +17,23 @@ public:
         : m_state(std::move(state)), m_typeName(std::move(typeName)), m_items(std::move(items)) {}
 
     int Count() const override {
-        Use(QStringLiteral("Count"));
+        use(QStringLiteral("Count"));
         return static_cast<int>(m_items.size());
     }
 
     std::shared_ptr<T> Item(int index) const override {
-        Use(QStringLiteral("Item"));
+        use(QStringLiteral("Item"));
         if (index < 1 || index > m_items.size())
             return nullptr;
         return m_items[index - 1];
     }
 
 private:
-    void Use(const QString& operation) const {
+    void use(const QString& operation) const {
         const std::shared_ptr<MemoryPlayerState> state = m_state.lock();
         if (!state)
             throw VbError::Player(QStringLiteral("The player is not running"));
-        state->Check(m_typeName + QLatin1Char('.') + operation);
+        state->check(m_typeName + QLatin1Char('.') + operation);
     }
 
     std::weak_ptr<MemoryPlayerState> m_state;

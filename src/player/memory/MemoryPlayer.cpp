@@ -8,199 +8,199 @@ MemoryPlayer::MemoryPlayer(QObject* parent)
     : IiTunes(parent), m_state(std::make_shared<MemoryPlayerState>(this)) {}
 
 MemoryPlayer::~MemoryPlayer() {
-    m_state->Detach();
+    m_state->detach();
 }
 
-MemoryPlayerState& MemoryPlayer::Use(const char* operation) const {
-    m_state->Check(QStringLiteral("IiTunes.") + QLatin1String(operation));
+MemoryPlayerState& MemoryPlayer::use(const char* operation) const {
+    m_state->check(QStringLiteral("IiTunes.") + QLatin1String(operation));
     return *m_state;
 }
 
 void MemoryPlayer::PlayPause() {
-    Use("PlayPause").PlayPause();
+    use("PlayPause").PlayPause();
 }
 
 void MemoryPlayer::Play() {
-    Use("Play").Play();
+    use("Play").Play();
 }
 
 void MemoryPlayer::Pause() {
-    Use("Pause").Pause();
+    use("Pause").Pause();
 }
 
 void MemoryPlayer::Stop() {
-    Use("Stop").Stop();
+    use("Stop").Stop();
 }
 
 void MemoryPlayer::PreviousTrack() {
-    Use("PreviousTrack").PreviousTrack();
+    use("PreviousTrack").PreviousTrack();
 }
 
 void MemoryPlayer::NextTrack() {
-    Use("NextTrack").NextTrack();
+    use("NextTrack").NextTrack();
 }
 
 void MemoryPlayer::Quit() {
-    Use("Quit").Quit();
+    use("Quit").Quit();
 }
 
 void MemoryPlayer::UpdateIPod() {
-    Use("UpdateIPod").Update();
+    use("UpdateIPod").update();
 }
 
 int MemoryPlayer::SoundVolume() const {
-    return Use("SoundVolume").Volume();
+    return use("SoundVolume").volume();
 }
 
 void MemoryPlayer::SetSoundVolume(int volume) {
-    Use("SetSoundVolume").SetVolume(volume);
+    use("SetSoundVolume").setVolume(volume);
 }
 
 int MemoryPlayer::PlayerPosition() const {
-    return Use("PlayerPosition").Position();
+    return use("PlayerPosition").position();
 }
 
 void MemoryPlayer::SetPlayerPosition(int seconds) {
-    Use("SetPlayerPosition").Seek(seconds);
+    use("SetPlayerPosition").seek(seconds);
 }
 
 std::shared_ptr<IITTrack> MemoryPlayer::CurrentTrack() const {
-    return Use("CurrentTrack").CurrentTrackObject();
+    return use("CurrentTrack").currentTrackObject();
 }
 
 std::shared_ptr<IITPlaylist> MemoryPlayer::CurrentPlaylist() const {
-    MemoryPlayerState& state = Use("CurrentPlaylist");
-    if (state.CurrentPlaylistAbsent())
+    MemoryPlayerState& state = use("CurrentPlaylist");
+    if (state.currentPlaylistAbsent())
         return nullptr;
-    return state.PlaylistObject(state.QueuePlaylistData());
+    return state.playlistObject(state.queuePlaylistData());
 }
 
 std::shared_ptr<IITPlaylist> MemoryPlayer::LibraryPlaylist() const {
-    MemoryPlayerState& state = Use("LibraryPlaylist");
-    return state.PlaylistObject(state.LibraryPlaylistData());
+    MemoryPlayerState& state = use("LibraryPlaylist");
+    return state.playlistObject(state.libraryPlaylistData());
 }
 
 std::shared_ptr<IITSourceCollection> MemoryPlayer::Sources() const {
-    MemoryPlayerState& state = Use("Sources");
+    MemoryPlayerState& state = use("Sources");
     QList<std::shared_ptr<IITSource>> items;
-    for (int i = 1; i <= state.Sources().size(); ++i)
-        items.append(state.SourceObject(i));
+    for (int i = 1; i <= state.sources().size(); ++i)
+        items.append(state.sourceObject(i));
     return std::make_shared<MemoryCollection<IITSource>>(m_state, QStringLiteral("IITSource"),
                                                          std::move(items));
 }
 
-int MemoryPlayer::AddLibraryTrack(const MemoryTrackData& data) {
-    return m_state->AddLibraryTrack(data);
+int MemoryPlayer::addLibraryTrack(const MemoryTrackData& data) {
+    return m_state->addLibraryTrack(data);
 }
 
-void MemoryPlayer::Enqueue(int trackId) {
-    m_state->Enqueue(trackId);
+void MemoryPlayer::enqueue(int trackId) {
+    m_state->enqueue(trackId);
 }
 
-int MemoryPlayer::AddSource(const QString& name) {
-    return m_state->AddSource(name);
+int MemoryPlayer::addSource(const QString& name) {
+    return m_state->addSource(name);
 }
 
-void MemoryPlayer::AddUserPlaylist(const QString& name, const QList<int>& trackIds, int source) {
-    m_state->AddUserPlaylist(name, trackIds, source);
+void MemoryPlayer::addUserPlaylist(const QString& name, const QList<int>& trackIds, int source) {
+    m_state->addUserPlaylist(name, trackIds, source);
 }
 
-MemoryPlayState MemoryPlayer::PlayState() const {
-    return m_state->PlayState();
+MemoryPlayState MemoryPlayer::playState() const {
+    return m_state->playState();
 }
 
-MemoryTrackData MemoryPlayer::TrackData(int trackId) const {
-    return m_state->Data(trackId);
+MemoryTrackData MemoryPlayer::trackData(int trackId) const {
+    return m_state->data(trackId);
 }
 
-QList<int> MemoryPlayer::QueueTrackIds() const {
-    return m_state->PlaylistTrackIds(*m_state->QueuePlaylistData());
+QList<int> MemoryPlayer::queueTrackIds() const {
+    return m_state->playlistTrackIds(*m_state->queuePlaylistData());
 }
 
-QList<int> MemoryPlayer::UserPlaylistTrackIds(const QString& name, int source) const {
-    for (const auto& playlist : m_state->Sources().at(source - 1).playlists) {
+QList<int> MemoryPlayer::userPlaylistTrackIds(const QString& name, int source) const {
+    for (const auto& playlist : m_state->sources().at(source - 1).playlists) {
         if (playlist->kind == MemoryPlaylistData::Kind::User && playlist->name == name)
             return playlist->trackIds;
     }
     throw VbError::Player(QStringLiteral("No such playlist"));
 }
 
-int MemoryPlayer::UpdateCount() const {
-    return m_state->UpdateCount();
+int MemoryPlayer::updateCount() const {
+    return m_state->updateCount();
 }
 
-bool MemoryPlayer::HasQuit() const {
-    return m_state->HasQuit();
+bool MemoryPlayer::hasQuit() const {
+    return m_state->hasQuit();
 }
 
-void MemoryPlayer::SetCurrentPlaylistAbsent(bool absent) {
-    m_state->SetCurrentPlaylistAbsent(absent);
+void MemoryPlayer::setCurrentPlaylistAbsent(bool absent) {
+    m_state->setCurrentPlaylistAbsent(absent);
 }
 
-void MemoryPlayer::FailOperation(const QString& operation, const VbError& error) {
-    m_state->FailOperation(operation, error);
+void MemoryPlayer::failOperation(const QString& operation, const VbError& error) {
+    m_state->failOperation(operation, error);
 }
 
-void MemoryPlayer::MakeUnsupported(const QString& operation) {
-    m_state->MakeUnsupported(operation);
+void MemoryPlayer::makeUnsupported(const QString& operation) {
+    m_state->makeUnsupported(operation);
 }
 
-void MemoryPlayer::ClearFailures() {
-    m_state->ClearFailures();
+void MemoryPlayer::clearFailures() {
+    m_state->clearFailures();
 }
 
-void MemoryPlayer::Restart() {
-    m_state->Restart();
+void MemoryPlayer::restart() {
+    m_state->restart();
 }
 
-void MemoryPlayer::FirePlayEvent() {
-    Q_EMIT OnPlayerPlayEvent(m_state->CurrentTrackObject());
+void MemoryPlayer::firePlayEvent() {
+    Q_EMIT OnPlayerPlayEvent(m_state->currentTrackObject());
 }
 
-void MemoryPlayer::FirePlayingTrackChangedEvent() {
-    Q_EMIT OnPlayerPlayingTrackChangedEvent(m_state->CurrentTrackObject());
+void MemoryPlayer::firePlayingTrackChangedEvent() {
+    Q_EMIT OnPlayerPlayingTrackChangedEvent(m_state->currentTrackObject());
 }
 
-void MemoryPlayer::FireStopEvent() {
-    Q_EMIT OnPlayerStopEvent(m_state->CurrentTrackObject());
+void MemoryPlayer::fireStopEvent() {
+    Q_EMIT OnPlayerStopEvent(m_state->currentTrackObject());
 }
 
-void MemoryPlayer::FireDatabaseChangedEvent(const QList<int>& deletedObjectIDs,
+void MemoryPlayer::fireDatabaseChangedEvent(const QList<int>& deletedObjectIDs,
                                             const QList<int>& changedObjectIDs) {
     Q_EMIT OnDatabaseChangedEvent(deletedObjectIDs, changedObjectIDs);
 }
 
-void MemoryPlayer::FireQuittingEvent() {
+void MemoryPlayer::fireQuittingEvent() {
     Q_EMIT OnQuittingEvent();
 }
 
-void MemoryPlayer::FireCOMCallsDisabledEvent(int reason) {
-    m_state->SetRefusingCommands(true);
+void MemoryPlayer::fireCOMCallsDisabledEvent(int reason) {
+    m_state->setRefusingCommands(true);
     Q_EMIT OnCOMCallsDisabledEvent(reason);
 }
 
-void MemoryPlayer::FireCOMCallsEnabledEvent() {
-    m_state->SetRefusingCommands(false);
+void MemoryPlayer::fireCOMCallsEnabledEvent() {
+    m_state->setRefusingCommands(false);
     Q_EMIT OnCOMCallsEnabledEvent();
 }
 
-void MemoryPlayer::PostPlayEvent(std::shared_ptr<IITTrack> track) {
+void MemoryPlayer::postPlayEvent(std::shared_ptr<IITTrack> track) {
     QMetaObject::invokeMethod(
         this, [this, track] { Q_EMIT OnPlayerPlayEvent(track); }, Qt::QueuedConnection);
 }
 
-void MemoryPlayer::PostPlayingTrackChangedEvent(std::shared_ptr<IITTrack> track) {
+void MemoryPlayer::postPlayingTrackChangedEvent(std::shared_ptr<IITTrack> track) {
     QMetaObject::invokeMethod(
         this, [this, track] { Q_EMIT OnPlayerPlayingTrackChangedEvent(track); },
         Qt::QueuedConnection);
 }
 
-void MemoryPlayer::PostStopEvent(std::shared_ptr<IITTrack> track) {
+void MemoryPlayer::postStopEvent(std::shared_ptr<IITTrack> track) {
     QMetaObject::invokeMethod(
         this, [this, track] { Q_EMIT OnPlayerStopEvent(track); }, Qt::QueuedConnection);
 }
 
-void MemoryPlayer::PostDatabaseChangedEvent(const QList<int>& deletedObjectIDs,
+void MemoryPlayer::postDatabaseChangedEvent(const QList<int>& deletedObjectIDs,
                                             const QList<int>& changedObjectIDs) {
     QMetaObject::invokeMethod(
         this,
@@ -210,7 +210,7 @@ void MemoryPlayer::PostDatabaseChangedEvent(const QList<int>& deletedObjectIDs,
         Qt::QueuedConnection);
 }
 
-void MemoryPlayer::PostQuittingEvent() {
+void MemoryPlayer::postQuittingEvent() {
     QMetaObject::invokeMethod(
         this, [this] { Q_EMIT OnQuittingEvent(); }, Qt::QueuedConnection);
 }

@@ -21,7 +21,7 @@ namespace Pelorin {
 // but does not reorder anything. The position moves only when set.
 //
 // Events the player raises by itself are queued, as a real player's arrive, and are delivered
-// when the event loop runs; the Fire... hooks emit at once.
+// when the event loop runs; the fire... hooks emit at once.
 //
 // Operation names for the failure hooks are "<interface>.<method>": "IiTunes.PlayPause",
 // "IiTunes.CurrentTrack", "IITTrack.SetComment", "IITPlaylist.AddTrack", "IITSource.Playlists",
@@ -52,54 +52,54 @@ public:
     std::shared_ptr<IITSourceCollection> Sources() const override;
 
     // Content. A track's TrackDatabaseID is returned when it is added.
-    int AddLibraryTrack(const MemoryTrackData& data);
-    void Enqueue(int trackId);
+    int addLibraryTrack(const MemoryTrackData& data);
+    void enqueue(int trackId);
     // Adds a source after the library; returns its 1-based index.
-    int AddSource(const QString& name);
+    int addSource(const QString& name);
     // Adds a user playlist at the end of source `source` (1-based; 1 is the library).
-    void AddUserPlaylist(const QString& name, const QList<int>& trackIds, int source = 1);
+    void addUserPlaylist(const QString& name, const QList<int>& trackIds, int source = 1);
 
     // Inspection.
-    MemoryPlayState PlayState() const;
-    MemoryTrackData TrackData(int trackId) const;
-    QList<int> QueueTrackIds() const;
+    MemoryPlayState playState() const;
+    MemoryTrackData trackData(int trackId) const;
+    QList<int> queueTrackIds() const;
     // The tracks of the first user playlist of that name in source `source`.
-    QList<int> UserPlaylistTrackIds(const QString& name, int source = 1) const;
-    int UpdateCount() const;
-    bool HasQuit() const;
+    QList<int> userPlaylistTrackIds(const QString& name, int source = 1) const;
+    int updateCount() const;
+    bool hasQuit() const;
 
     // Situations.
-    void SetCurrentPlaylistAbsent(bool absent);
+    void setCurrentPlaylistAbsent(bool absent);
     // Makes the operation throw `error` until ClearFailures.
-    void FailOperation(const QString& operation, const VbError& error);
+    void failOperation(const QString& operation, const VbError& error);
     // Makes the operation throw "The player does not support <method>" until ClearFailures.
-    void MakeUnsupported(const QString& operation);
-    void ClearFailures();
+    void makeUnsupported(const QString& operation);
+    void clearFailures();
     // After Quit: the player runs again, stopped, with its content kept.
-    void Restart();
+    void restart();
 
     // Events at once. Disabling also makes every command fail until enabled again.
-    void FirePlayEvent();
-    void FirePlayingTrackChangedEvent();
-    void FireStopEvent();
-    void FireDatabaseChangedEvent(const QList<int>& deletedObjectIDs,
+    void firePlayEvent();
+    void firePlayingTrackChangedEvent();
+    void fireStopEvent();
+    void fireDatabaseChangedEvent(const QList<int>& deletedObjectIDs,
                                   const QList<int>& changedObjectIDs);
-    void FireQuittingEvent();
-    void FireCOMCallsDisabledEvent(int reason);
-    void FireCOMCallsEnabledEvent();
+    void fireQuittingEvent();
+    void fireCOMCallsDisabledEvent(int reason);
+    void fireCOMCallsEnabledEvent();
 
 private:
     friend class MemoryPlayerState;
 
     // Queued reports of the state's own changes.
-    void PostPlayEvent(std::shared_ptr<IITTrack> track);
-    void PostPlayingTrackChangedEvent(std::shared_ptr<IITTrack> track);
-    void PostStopEvent(std::shared_ptr<IITTrack> track);
-    void PostDatabaseChangedEvent(const QList<int>& deletedObjectIDs,
+    void postPlayEvent(std::shared_ptr<IITTrack> track);
+    void postPlayingTrackChangedEvent(std::shared_ptr<IITTrack> track);
+    void postStopEvent(std::shared_ptr<IITTrack> track);
+    void postDatabaseChangedEvent(const QList<int>& deletedObjectIDs,
                                   const QList<int>& changedObjectIDs);
-    void PostQuittingEvent();
+    void postQuittingEvent();
 
-    MemoryPlayerState& Use(const char* operation) const;
+    MemoryPlayerState& use(const char* operation) const;
 
     std::shared_ptr<MemoryPlayerState> m_state;
 };

@@ -22,7 +22,7 @@ MemoryPlayerState::MemoryPlayerState(MemoryPlayer* owner) : m_owner(owner) {
     m_sources.append(library);
 }
 
-void MemoryPlayerState::Check(const QString& operation) const {
+void MemoryPlayerState::check(const QString& operation) const {
     if (m_quit)
         throw VbError::Player(QStringLiteral("The player is not running"));
     if (m_refusingCommands)
@@ -34,7 +34,7 @@ void MemoryPlayerState::Check(const QString& operation) const {
         throw PlayerError::NotSupported(operation.mid(operation.indexOf(QLatin1Char('.')) + 1));
 }
 
-int MemoryPlayerState::AddLibraryTrack(MemoryTrackData data) {
+int MemoryPlayerState::addLibraryTrack(MemoryTrackData data) {
     const int id = m_nextTrackId++;
     if (data.finish < 0)
         data.finish = data.duration;
@@ -43,74 +43,74 @@ int MemoryPlayerState::AddLibraryTrack(MemoryTrackData data) {
     return id;
 }
 
-MemoryTrackData& MemoryPlayerState::Data(int trackId) {
+MemoryTrackData& MemoryPlayerState::data(int trackId) {
     const auto found = m_library.find(trackId);
     if (found == m_library.end())
         throw VbError::Player(QStringLiteral("The track is not in the library"));
     return found->second;
 }
 
-void MemoryPlayerState::TrackChanged(int trackId) {
+void MemoryPlayerState::trackChanged(int trackId) {
     if (m_owner)
-        m_owner->PostDatabaseChangedEvent({}, {trackId});
+        m_owner->postDatabaseChangedEvent({}, {trackId});
 }
 
-void MemoryPlayerState::Enqueue(int trackId) {
-    Data(trackId);
+void MemoryPlayerState::enqueue(int trackId) {
+    data(trackId);
     m_queue.append({m_nextEntryId++, trackId});
 }
 
-int MemoryPlayerState::CurrentEntryId() const {
+int MemoryPlayerState::currentEntryId() const {
     if (m_playState == MemoryPlayState::Stopped || m_current < 0 || m_current >= m_queue.size())
         return 0;
     return m_queue[m_current].entryId;
 }
 
-void MemoryPlayerState::StartPlaying(int queueIndex) {
+void MemoryPlayerState::startPlaying(int queueIndex) {
     m_current = queueIndex;
     m_position = 0;
     m_playState = MemoryPlayState::Playing;
 }
 
-MemoryPlayerState::Snapshot MemoryPlayerState::Before() const {
-    const int entryId = CurrentEntryId();
+MemoryPlayerState::Snapshot MemoryPlayerState::snapshot() const {
+    const int entryId = currentEntryId();
     return {m_playState, entryId, entryId != 0 ? m_queue[m_current].trackId : 0};
 }
 
 // Reports a change of playback the way the MPD backend derives events from two status reads.
-void MemoryPlayerState::FinishTransition(const Snapshot& before) {
+void MemoryPlayerState::finishTransition(const Snapshot& before) {
     if (!m_owner)
         return;
     if (m_playState == MemoryPlayState::Playing) {
         if (before.state != MemoryPlayState::Playing)
-            m_owner->PostPlayEvent(CurrentTrackObject());
-        else if (CurrentEntryId() != before.entryId)
-            m_owner->PostPlayingTrackChangedEvent(CurrentTrackObject());
+            m_owner->postPlayEvent(currentTrackObject());
+        else if (currentEntryId() != before.entryId)
+            m_owner->postPlayingTrackChangedEvent(currentTrackObject());
     } else if (m_playState != before.state) {
         std::shared_ptr<IITTrack> stopped;
-        if (before.trackId != 0 && HasTrack(before.trackId)) {
-            stopped = TrackObject(before.trackId,
+        if (before.trackId != 0 && hasTrack(before.trackId)) {
+            stopped = trackObject(before.trackId,
                                   {MemoryTrackContext::Kind::QueueEntry, before.entryId, nullptr});
         }
-        m_owner->PostStopEvent(stopped);
+        m_owner->postStopEvent(stopped);
     }
 }
 
 void MemoryPlayerState::Play() {
-    const Snapshot before = Before();
+    const Snapshot before = snapshot();
     if (m_playState == MemoryPlayState::Paused) {
         m_playState = MemoryPlayState::Playing;
     } else if (m_playState == MemoryPlayState::Stopped && !m_queue.isEmpty()) {
-        StartPlaying(m_current >= 0 && m_current < m_queue.size() ? m_current : 0);
+        startPlaying(m_current >= 0 && m_current < m_queue.size() ? m_current : 0);
     }
-    FinishTransition(before);
+    finishTransition(before);
 }
 
 void MemoryPlayerState::Pause() {
-    const Snapshot before = Before();
+    const Snapshot before = snapshot();
     if (m_playState == MemoryPlayState::Playing)
         m_playState = MemoryPlayState::Paused;
-    FinishTransition(before);
+    finishTransition(before);
 }
 
 void MemoryPlayerState::PlayPause() {
@@ -121,34 +121,34 @@ void MemoryPlayerState::PlayPause() {
 }
 
 void MemoryPlayerState::Stop() {
-    const Snapshot before = Before();
+    const Snapshot before = snapshot();
     m_playState = MemoryPlayState::Stopped;
     m_position = 0;
-    FinishTransition(before);
+    finishTransition(before);
 }
 
 void MemoryPlayerState::NextTrack() {
     if (m_playState == MemoryPlayState::Stopped)
         throw VbError::Player(QStringLiteral("Not playing"));
-    const Snapshot before = Before();
+    const Snapshot before = snapshot();
     if (m_current + 1 < m_queue.size()) {
-        StartPlaying(m_current + 1);
+        startPlaying(m_current + 1);
     } else if (m_songRepeat == ITPlaylistRepeatModeAll) {
-        StartPlaying(0);
+        startPlaying(0);
     } else {
         m_playState = MemoryPlayState::Stopped;
         m_position = 0;
         m_current = 0;
     }
-    FinishTransition(before);
+    finishTransition(before);
 }
 
 void MemoryPlayerState::PreviousTrack() {
     if (m_playState == MemoryPlayState::Stopped)
         throw VbError::Player(QStringLiteral("Not playing"));
-    const Snapshot before = Before();
-    StartPlaying(m_current > 0 ? m_current - 1 : 0);
-    FinishTransition(before);
+    const Snapshot before = snapshot();
+    startPlaying(m_current > 0 ? m_current - 1 : 0);
+    finishTransition(before);
 }
 
 void MemoryPlayerState::Quit() {
@@ -156,20 +156,20 @@ void MemoryPlayerState::Quit() {
     m_playState = MemoryPlayState::Stopped;
     m_position = 0;
     if (m_owner)
-        m_owner->PostQuittingEvent();
+        m_owner->postQuittingEvent();
 }
 
-void MemoryPlayerState::Restart() {
+void MemoryPlayerState::restart() {
     m_quit = false;
     m_playState = MemoryPlayState::Stopped;
     m_position = 0;
 }
 
-void MemoryPlayerState::PlayFrom(const MemoryPlaylistData& playlist) {
-    const QList<int> trackIds = PlaylistTrackIds(playlist);
+void MemoryPlayerState::playFrom(const MemoryPlaylistData& playlist) {
+    const QList<int> trackIds = playlistTrackIds(playlist);
     if (trackIds.isEmpty())
         throw VbError::Player(QStringLiteral("Bad song index"));
-    const Snapshot before = Before();
+    const Snapshot before = snapshot();
     if (playlist.kind != MemoryPlaylistData::Kind::Queue) {
         m_queue.clear();
         for (int trackId : trackIds)
@@ -177,22 +177,22 @@ void MemoryPlayerState::PlayFrom(const MemoryPlaylistData& playlist) {
         m_loadedPlaylistName =
             playlist.kind == MemoryPlaylistData::Kind::User ? playlist.name : QString();
     }
-    StartPlaying(0);
-    FinishTransition(before);
+    startPlaying(0);
+    finishTransition(before);
 }
 
-int MemoryPlayerState::Position() const {
+int MemoryPlayerState::position() const {
     return m_playState == MemoryPlayState::Stopped ? 0 : m_position;
 }
 
-void MemoryPlayerState::Seek(int seconds) {
+void MemoryPlayerState::seek(int seconds) {
     if (m_playState == MemoryPlayState::Stopped)
         throw VbError::Player(QStringLiteral("Not playing"));
-    const int length = Data(m_queue[m_current].trackId).duration;
+    const int length = data(m_queue[m_current].trackId).duration;
     m_position = std::clamp(seconds, 0, length);
 }
 
-void MemoryPlayerState::SetVolume(int volume) {
+void MemoryPlayerState::setVolume(int volume) {
     if (volume < 0 || volume > 100)
         throw VbError::Player(QStringLiteral("Invalid volume value"));
     m_volume = volume;
@@ -204,21 +204,21 @@ void MemoryPlayerState::SetSongRepeat(int mode) {
     m_songRepeat = mode;
 }
 
-QString MemoryPlayerState::QueueName() const {
+QString MemoryPlayerState::queueName() const {
     return m_loadedPlaylistName.isEmpty() ? QStringLiteral("Play Queue") : m_loadedPlaylistName;
 }
 
-int MemoryPlayerState::AddSource(const QString& name) {
+int MemoryPlayerState::addSource(const QString& name) {
     m_sources.append({name, {}});
     return static_cast<int>(m_sources.size());
 }
 
 std::shared_ptr<MemoryPlaylistData>
-MemoryPlayerState::AddUserPlaylist(const QString& name, const QList<int>& trackIds, int source) {
+MemoryPlayerState::addUserPlaylist(const QString& name, const QList<int>& trackIds, int source) {
     if (source < 1 || source > m_sources.size())
         throw VbError::SubscriptOutOfRange();
     for (int trackId : trackIds)
-        Data(trackId);
+        data(trackId);
     auto playlist = std::make_shared<MemoryPlaylistData>();
     playlist->name = name;
     playlist->trackIds = trackIds;
@@ -226,15 +226,15 @@ MemoryPlayerState::AddUserPlaylist(const QString& name, const QList<int>& trackI
     return playlist;
 }
 
-std::shared_ptr<MemoryPlaylistData> MemoryPlayerState::LibraryPlaylistData() const {
+std::shared_ptr<MemoryPlaylistData> MemoryPlayerState::libraryPlaylistData() const {
     return m_sources.front().playlists.at(0);
 }
 
-std::shared_ptr<MemoryPlaylistData> MemoryPlayerState::QueuePlaylistData() const {
+std::shared_ptr<MemoryPlaylistData> MemoryPlayerState::queuePlaylistData() const {
     return m_sources.front().playlists.at(1);
 }
 
-QList<int> MemoryPlayerState::PlaylistTrackIds(const MemoryPlaylistData& playlist) const {
+QList<int> MemoryPlayerState::playlistTrackIds(const MemoryPlaylistData& playlist) const {
     switch (playlist.kind) {
     case MemoryPlaylistData::Kind::Library:
         return m_libraryOrder;
@@ -253,8 +253,8 @@ QList<int> MemoryPlayerState::PlaylistTrackIds(const MemoryPlaylistData& playlis
 
 // Removing the entry that plays moves on to the next entry, or stops when none follows or when
 // playback was paused, as MPD does.
-void MemoryPlayerState::RemoveQueueEntries(const QSet<int>& entryIds) {
-    const Snapshot before = Before();
+void MemoryPlayerState::removeQueueEntries(const QSet<int>& entryIds) {
+    const Snapshot before = snapshot();
     bool currentRemoved = false;
     for (qsizetype i = m_queue.size() - 1; i >= 0; --i) {
         if (!entryIds.contains(m_queue[i].entryId))
@@ -267,7 +267,7 @@ void MemoryPlayerState::RemoveQueueEntries(const QSet<int>& entryIds) {
     }
     if (currentRemoved && m_playState != MemoryPlayState::Stopped) {
         if (m_playState == MemoryPlayState::Playing && m_current < m_queue.size()) {
-            StartPlaying(m_current);
+            startPlaying(m_current);
         } else {
             m_playState = MemoryPlayState::Stopped;
             m_position = 0;
@@ -275,74 +275,74 @@ void MemoryPlayerState::RemoveQueueEntries(const QSet<int>& entryIds) {
     }
     if (m_current >= m_queue.size())
         m_current = m_queue.isEmpty() ? -1 : 0;
-    FinishTransition(before);
+    finishTransition(before);
 }
 
-void MemoryPlayerState::DeleteQueueEntry(int entryId) {
+void MemoryPlayerState::deleteQueueEntry(int entryId) {
     for (const QueueEntry& entry : std::as_const(m_queue)) {
         if (entry.entryId == entryId)
-            return RemoveQueueEntries({entryId});
+            return removeQueueEntries({entryId});
     }
     throw VbError::Player(QStringLiteral("No such song"));
 }
 
-void MemoryPlayerState::DeleteFromPlaylist(MemoryPlaylistData& playlist, int trackId) {
+void MemoryPlayerState::deleteFromPlaylist(MemoryPlaylistData& playlist, int trackId) {
     if (!playlist.trackIds.removeOne(trackId))
         throw VbError::Player(QStringLiteral("No such song"));
     if (m_owner)
-        m_owner->PostDatabaseChangedEvent({}, {});
+        m_owner->postDatabaseChangedEvent({}, {});
 }
 
 // The library is the music folder: deleting a library track takes it out of the queue and every
 // user playlist, while the track itself stays known until its file goes.
-void MemoryPlayerState::DeleteFromLibrary(int trackId) {
-    Data(trackId);
+void MemoryPlayerState::deleteFromLibrary(int trackId) {
+    data(trackId);
     QSet<int> entries;
     for (const QueueEntry& entry : std::as_const(m_queue)) {
         if (entry.trackId == trackId)
             entries.insert(entry.entryId);
     }
-    RemoveQueueEntries(entries);
+    removeQueueEntries(entries);
     for (MemorySourceData& source : m_sources) {
         for (const auto& playlist : std::as_const(source.playlists))
             playlist->trackIds.removeAll(trackId);
     }
     if (m_owner)
-        m_owner->PostDatabaseChangedEvent({trackId}, {});
+        m_owner->postDatabaseChangedEvent({trackId}, {});
 }
 
-std::shared_ptr<IITTrack> MemoryPlayerState::TrackObject(int trackId, MemoryTrackContext context) {
-    if (Data(trackId).isFile)
+std::shared_ptr<IITTrack> MemoryPlayerState::trackObject(int trackId, MemoryTrackContext context) {
+    if (data(trackId).isFile)
         return std::make_shared<MemoryFileTrack>(weak_from_this(), trackId, std::move(context));
     return std::make_shared<MemoryStreamTrack>(weak_from_this(), trackId, std::move(context));
 }
 
-std::shared_ptr<IITTrack> MemoryPlayerState::CurrentTrackObject() {
-    const int entryId = CurrentEntryId();
+std::shared_ptr<IITTrack> MemoryPlayerState::currentTrackObject() {
+    const int entryId = currentEntryId();
     if (entryId == 0)
         return nullptr;
-    return TrackObject(m_queue[m_current].trackId,
+    return trackObject(m_queue[m_current].trackId,
                        {MemoryTrackContext::Kind::QueueEntry, entryId, nullptr});
 }
 
 std::shared_ptr<IITPlaylist>
-MemoryPlayerState::PlaylistObject(std::shared_ptr<MemoryPlaylistData> playlist) {
+MemoryPlayerState::playlistObject(std::shared_ptr<MemoryPlaylistData> playlist) {
     return std::make_shared<MemoryPlaylist>(weak_from_this(), std::move(playlist));
 }
 
-std::shared_ptr<IITSource> MemoryPlayerState::SourceObject(int sourceIndex) {
+std::shared_ptr<IITSource> MemoryPlayerState::sourceObject(int sourceIndex) {
     return std::make_shared<MemorySource>(weak_from_this(), sourceIndex);
 }
 
-void MemoryPlayerState::FailOperation(const QString& operation, const VbError& error) {
+void MemoryPlayerState::failOperation(const QString& operation, const VbError& error) {
     m_failures.insert(operation, error);
 }
 
-void MemoryPlayerState::MakeUnsupported(const QString& operation) {
+void MemoryPlayerState::makeUnsupported(const QString& operation) {
     m_unsupported.insert(operation);
 }
 
-void MemoryPlayerState::ClearFailures() {
+void MemoryPlayerState::clearFailures() {
     m_failures.clear();
     m_unsupported.clear();
 }

@@ -52,24 +52,24 @@ public:
 
     // Throws when operation `operation` ("IITTrack.SetRating", "IiTunes.PlayPause") must fail:
     // the player has quit, refuses commands, or a test made that operation fail.
-    void Check(const QString& operation) const;
+    void check(const QString& operation) const;
 
     // Library.
-    int AddLibraryTrack(MemoryTrackData data);
-    bool HasTrack(int trackId) const { return m_library.contains(trackId); }
-    MemoryTrackData& Data(int trackId);
-    const QList<int>& LibraryOrder() const { return m_libraryOrder; }
+    int addLibraryTrack(MemoryTrackData data);
+    bool hasTrack(int trackId) const { return m_library.contains(trackId); }
+    MemoryTrackData& data(int trackId);
+    const QList<int>& libraryOrder() const { return m_libraryOrder; }
     // A track changed: reports it as the player reports library changes.
-    void TrackChanged(int trackId);
+    void trackChanged(int trackId);
 
     // Queue and transport.
     struct QueueEntry {
         int entryId;
         int trackId;
     };
-    void Enqueue(int trackId);
-    const QList<QueueEntry>& Queue() const { return m_queue; }
-    MemoryPlayState PlayState() const { return m_playState; }
+    void enqueue(int trackId);
+    const QList<QueueEntry>& queue() const { return m_queue; }
+    MemoryPlayState playState() const { return m_playState; }
     void Play();
     void Pause();
     void PlayPause();
@@ -77,63 +77,63 @@ public:
     void NextTrack();
     void PreviousTrack();
     void Quit();
-    void Restart();
-    bool HasQuit() const { return m_quit; }
-    void PlayFrom(const MemoryPlaylistData& playlist);
-    int Position() const;
-    void Seek(int seconds);
-    int Volume() const { return m_volume; }
-    void SetVolume(int volume);
+    void restart();
+    bool hasQuit() const { return m_quit; }
+    void playFrom(const MemoryPlaylistData& playlist);
+    int position() const;
+    void seek(int seconds);
+    int volume() const { return m_volume; }
+    void setVolume(int volume);
     int SongRepeat() const { return m_songRepeat; }
     void SetSongRepeat(int mode);
     bool Shuffle() const { return m_shuffle; }
     void SetShuffle(bool value) { m_shuffle = value; }
-    int UpdateCount() const { return m_updateCount; }
-    void Update() { ++m_updateCount; }
+    int updateCount() const { return m_updateCount; }
+    void update() { ++m_updateCount; }
 
     // Playlists and sources.
-    QString QueueName() const;
-    const QList<MemorySourceData>& Sources() const { return m_sources; }
-    int AddSource(const QString& name);
-    std::shared_ptr<MemoryPlaylistData> AddUserPlaylist(const QString& name,
+    QString queueName() const;
+    const QList<MemorySourceData>& sources() const { return m_sources; }
+    int addSource(const QString& name);
+    std::shared_ptr<MemoryPlaylistData> addUserPlaylist(const QString& name,
                                                         const QList<int>& trackIds, int source);
-    std::shared_ptr<MemoryPlaylistData> LibraryPlaylistData() const;
-    std::shared_ptr<MemoryPlaylistData> QueuePlaylistData() const;
-    QList<int> PlaylistTrackIds(const MemoryPlaylistData& playlist) const;
-    bool CurrentPlaylistAbsent() const { return m_currentPlaylistAbsent; }
-    void SetCurrentPlaylistAbsent(bool absent) { m_currentPlaylistAbsent = absent; }
+    std::shared_ptr<MemoryPlaylistData> libraryPlaylistData() const;
+    std::shared_ptr<MemoryPlaylistData> queuePlaylistData() const;
+    QList<int> playlistTrackIds(const MemoryPlaylistData& playlist) const;
+    bool currentPlaylistAbsent() const { return m_currentPlaylistAbsent; }
+    void setCurrentPlaylistAbsent(bool absent) { m_currentPlaylistAbsent = absent; }
 
     // Deleting through a track object.
-    void DeleteQueueEntry(int entryId);
-    void DeleteFromPlaylist(MemoryPlaylistData& playlist, int trackId);
-    void DeleteFromLibrary(int trackId);
+    void deleteQueueEntry(int entryId);
+    void deleteFromPlaylist(MemoryPlaylistData& playlist, int trackId);
+    void deleteFromLibrary(int trackId);
 
     // Objects handed out.
-    std::shared_ptr<IITTrack> TrackObject(int trackId, MemoryTrackContext context);
-    std::shared_ptr<IITTrack> CurrentTrackObject();
-    std::shared_ptr<IITPlaylist> PlaylistObject(std::shared_ptr<MemoryPlaylistData> playlist);
-    std::shared_ptr<IITSource> SourceObject(int sourceIndex);
+    std::shared_ptr<IITTrack> trackObject(int trackId, MemoryTrackContext context);
+    std::shared_ptr<IITTrack> currentTrackObject();
+    std::shared_ptr<IITPlaylist> playlistObject(std::shared_ptr<MemoryPlaylistData> playlist);
+    std::shared_ptr<IITSource> sourceObject(int sourceIndex);
 
     // Test switches.
-    void FailOperation(const QString& operation, const VbError& error);
-    void MakeUnsupported(const QString& operation);
-    void ClearFailures();
-    void SetRefusingCommands(bool refusing) { m_refusingCommands = refusing; }
+    void failOperation(const QString& operation, const VbError& error);
+    void makeUnsupported(const QString& operation);
+    void clearFailures();
+    void setRefusingCommands(bool refusing) { m_refusingCommands = refusing; }
 
     // The owner is gone; events are no longer reported.
-    void Detach() { m_owner = nullptr; }
+    void detach() { m_owner = nullptr; }
 
 private:
-    void StartPlaying(int queueIndex);
+    void startPlaying(int queueIndex);
     struct Snapshot {
         MemoryPlayState state;
         int entryId;
         int trackId;
     };
-    Snapshot Before() const;
-    void FinishTransition(const Snapshot& before);
-    int CurrentEntryId() const;
-    void RemoveQueueEntries(const QSet<int>& entryIds);
+    Snapshot snapshot() const;
+    void finishTransition(const Snapshot& before);
+    int currentEntryId() const;
+    void removeQueueEntries(const QSet<int>& entryIds);
 
     MemoryPlayer* m_owner;
     std::map<int, MemoryTrackData> m_library;

@@ -51,23 +51,23 @@ MemoryPlaylist::MemoryPlaylist(std::weak_ptr<MemoryPlayerState> state,
                                std::shared_ptr<MemoryPlaylistData> playlist)
     : m_state(std::move(state)), m_playlist(std::move(playlist)) {}
 
-std::shared_ptr<MemoryPlayerState> MemoryPlaylist::Use(const char* operation) const {
+std::shared_ptr<MemoryPlayerState> MemoryPlaylist::use(const char* operation) const {
     std::shared_ptr<MemoryPlayerState> state = m_state.lock();
     if (!state)
         throw VbError::Player(QStringLiteral("The player is not running"));
-    state->Check(QStringLiteral("IITPlaylist.") + QLatin1String(operation));
+    state->check(QStringLiteral("IITPlaylist.") + QLatin1String(operation));
     return state;
 }
 
-QList<MemoryPlaylist::Entry> MemoryPlaylist::Entries(const MemoryPlayerState& state) const {
+QList<MemoryPlaylist::Entry> MemoryPlaylist::entries(const MemoryPlayerState& state) const {
     QList<Entry> entries;
     switch (m_playlist->kind) {
     case MemoryPlaylistData::Kind::Library:
-        for (int trackId : state.LibraryOrder())
+        for (int trackId : state.libraryOrder())
             entries.append(Entry{trackId, {}});
         break;
     case MemoryPlaylistData::Kind::Queue:
-        for (const MemoryPlayerState::QueueEntry& entry : state.Queue()) {
+        for (const MemoryPlayerState::QueueEntry& entry : state.queue()) {
             entries.append(Entry{entry.trackId,
                                  {MemoryTrackContext::Kind::QueueEntry, entry.entryId, nullptr}});
         }
@@ -81,71 +81,71 @@ QList<MemoryPlaylist::Entry> MemoryPlaylist::Entries(const MemoryPlayerState& st
 }
 
 QString MemoryPlaylist::Name() const {
-    const std::shared_ptr<MemoryPlayerState> state = Use("Name");
+    const std::shared_ptr<MemoryPlayerState> state = use("Name");
     if (m_playlist->kind == MemoryPlaylistData::Kind::Queue)
-        return state->QueueName();
+        return state->queueName();
     return m_playlist->name;
 }
 
 std::shared_ptr<IITTrackCollection> MemoryPlaylist::Tracks() const {
-    const std::shared_ptr<MemoryPlayerState> state = Use("Tracks");
+    const std::shared_ptr<MemoryPlayerState> state = use("Tracks");
     QList<std::shared_ptr<IITTrack>> tracks;
-    for (const Entry& entry : Entries(*state))
-        tracks.append(state->TrackObject(entry.trackId, entry.context));
+    for (const Entry& entry : entries(*state))
+        tracks.append(state->trackObject(entry.trackId, entry.context));
     return std::make_shared<MemoryCollection<IITTrack>>(m_state, QStringLiteral("IITTrack"),
                                                         std::move(tracks));
 }
 
 int MemoryPlaylist::Duration() const {
-    const std::shared_ptr<MemoryPlayerState> state = Use("Duration");
+    const std::shared_ptr<MemoryPlayerState> state = use("Duration");
     int total = 0;
-    for (int trackId : state->PlaylistTrackIds(*m_playlist))
-        total += state->Data(trackId).duration;
+    for (int trackId : state->playlistTrackIds(*m_playlist))
+        total += state->data(trackId).duration;
     return total;
 }
 
 int MemoryPlaylist::SongRepeat() const {
-    return Use("SongRepeat")->SongRepeat();
+    return use("SongRepeat")->SongRepeat();
 }
 
 void MemoryPlaylist::SetSongRepeat(int mode) {
-    Use("SetSongRepeat")->SetSongRepeat(mode);
+    use("SetSongRepeat")->SetSongRepeat(mode);
 }
 
 bool MemoryPlaylist::Shuffle() const {
-    return Use("Shuffle")->Shuffle();
+    return use("Shuffle")->Shuffle();
 }
 
 void MemoryPlaylist::SetShuffle(bool value) {
-    Use("SetShuffle")->SetShuffle(value);
+    use("SetShuffle")->SetShuffle(value);
 }
 
 void MemoryPlaylist::PlayFirstTrack() {
-    Use("PlayFirstTrack")->PlayFrom(*m_playlist);
+    use("PlayFirstTrack")->playFrom(*m_playlist);
 }
 
 void MemoryPlaylist::AddTrack(const IITTrack& track) {
-    const std::shared_ptr<MemoryPlayerState> state = Use("AddTrack");
+    const std::shared_ptr<MemoryPlayerState> state = use("AddTrack");
     if (m_playlist->kind != MemoryPlaylistData::Kind::User) {
         throw VbError::Player(
             QStringLiteral("Tracks cannot be added to \"%1\": it is not a user playlist")
                 .arg(Name()));
     }
     const int trackId = track.TrackDatabaseID();
-    if (!state->HasTrack(trackId))
+    if (!state->hasTrack(trackId))
         throw VbError::Player(QStringLiteral("The track is not in the library"));
     m_playlist->trackIds.append(trackId);
-    state->TrackChanged(trackId);
+    state->trackChanged(trackId);
 }
 
 std::shared_ptr<IITTrackCollection> MemoryPlaylist::Search(const QString& text,
                                                            int searchField) const {
-    const std::shared_ptr<MemoryPlayerState> state = Use("Search");
+    const std::shared_ptr<MemoryPlayerState> state = use("Search");
     const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     QList<std::shared_ptr<IITTrack>> found;
-    for (const Entry& entry : Entries(*state)) {
-        if (Matches(state->Data(entry.trackId), words, searchField))
-            found.append(state->TrackObject(entry.trackId, entry.context));
+    for (const Entry& entry : entries(*state)) {
+        if (Matches(state->data(entry.trackId), words, searchField))
+            found.append(state->trackObject(entry.trackId, entry.context));
     }
     if (found.isEmpty())
         return nullptr;

@@ -26,13 +26,13 @@ public:
     std::shared_ptr<IITTrackCollection> Search(const QString& text, int searchField) const override;
 
 private:
-    std::shared_ptr<MemoryPlayerState> Use(const char* operation) const;
+    std::shared_ptr<MemoryPlayerState> use(const char* operation) const;
     // The playlist's tracks, each with the context its Delete needs.
     struct Entry {
         int trackId;
         MemoryTrackContext context;
     };
-    QList<Entry> Entries(const MemoryPlayerState& state) const;
+    QList<Entry> entries(const MemoryPlayerState& state) const;
 
     std::weak_ptr<MemoryPlayerState> m_state;
     std::shared_ptr<MemoryPlaylistData> m_playlist;

@@ -16,7 +16,7 @@ public:
     std::shared_ptr<IITPlaylistCollection> Playlists() const override;
 
 private:
-    std::shared_ptr<MemoryPlayerState> Use(const char* operation) const;
+    std::shared_ptr<MemoryPlayerState> use(const char* operation) const;
 
     std::weak_ptr<MemoryPlayerState> m_state;
     int m_index;

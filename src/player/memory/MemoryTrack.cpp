@@ -28,199 +28,199 @@ MemoryTrackBase<Base>::MemoryTrackBase(std::weak_ptr<MemoryPlayerState> state, i
     : m_state(std::move(state)), m_trackId(trackId), m_context(std::move(context)) {}
 
 template <typename Base>
-std::shared_ptr<MemoryPlayerState> MemoryTrackBase<Base>::Use(const char* operation) const {
+std::shared_ptr<MemoryPlayerState> MemoryTrackBase<Base>::use(const char* operation) const {
     std::shared_ptr<MemoryPlayerState> state = m_state.lock();
     if (!state)
         throw VbError::Player(QStringLiteral("The player is not running"));
-    state->Check(QStringLiteral("IITTrack.") + QLatin1String(operation));
+    state->check(QStringLiteral("IITTrack.") + QLatin1String(operation));
     return state;
 }
 
 template <typename Base>
 const MemoryTrackData&
-MemoryTrackBase<Base>::Read(const std::shared_ptr<MemoryPlayerState>& state) const {
-    return state->Data(m_trackId);
+MemoryTrackBase<Base>::read(const std::shared_ptr<MemoryPlayerState>& state) const {
+    return state->data(m_trackId);
 }
 
 template <typename Base>
 template <typename Change>
-void MemoryTrackBase<Base>::Write(const char* operation, Change change) {
-    const std::shared_ptr<MemoryPlayerState> state = Use(operation);
-    change(state->Data(m_trackId));
-    state->TrackChanged(m_trackId);
+void MemoryTrackBase<Base>::write(const char* operation, Change change) {
+    const std::shared_ptr<MemoryPlayerState> state = use(operation);
+    change(state->data(m_trackId));
+    state->trackChanged(m_trackId);
 }
 
 template <typename Base> QString MemoryTrackBase<Base>::Name() const {
-    return Read(Use("Name")).name;
+    return read(use("Name")).name;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetName(const QString& value) {
-    Write("SetName", [&](MemoryTrackData& data) { data.name = value; });
+    write("SetName", [&](MemoryTrackData& data) { data.name = value; });
 }
 
 template <typename Base> QString MemoryTrackBase<Base>::Artist() const {
-    return Read(Use("Artist")).artist;
+    return read(use("Artist")).artist;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetArtist(const QString& value) {
-    Write("SetArtist", [&](MemoryTrackData& data) { data.artist = value; });
+    write("SetArtist", [&](MemoryTrackData& data) { data.artist = value; });
 }
 
 template <typename Base> QString MemoryTrackBase<Base>::Album() const {
-    return Read(Use("Album")).album;
+    return read(use("Album")).album;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetAlbum(const QString& value) {
-    Write("SetAlbum", [&](MemoryTrackData& data) { data.album = value; });
+    write("SetAlbum", [&](MemoryTrackData& data) { data.album = value; });
 }
 
 template <typename Base> QString MemoryTrackBase<Base>::AlbumArtist() const {
-    return Read(Use("AlbumArtist")).albumArtist;
+    return read(use("AlbumArtist")).albumArtist;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetAlbumArtist(const QString& value) {
-    Write("SetAlbumArtist", [&](MemoryTrackData& data) { data.albumArtist = value; });
+    write("SetAlbumArtist", [&](MemoryTrackData& data) { data.albumArtist = value; });
 }
 
 template <typename Base> QString MemoryTrackBase<Base>::Composer() const {
-    return Read(Use("Composer")).composer;
+    return read(use("Composer")).composer;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetComposer(const QString& value) {
-    Write("SetComposer", [&](MemoryTrackData& data) { data.composer = value; });
+    write("SetComposer", [&](MemoryTrackData& data) { data.composer = value; });
 }
 
 template <typename Base> QString MemoryTrackBase<Base>::Genre() const {
-    return Read(Use("Genre")).genre;
+    return read(use("Genre")).genre;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetGenre(const QString& value) {
-    Write("SetGenre", [&](MemoryTrackData& data) { data.genre = value; });
+    write("SetGenre", [&](MemoryTrackData& data) { data.genre = value; });
 }
 
 template <typename Base> QString MemoryTrackBase<Base>::Comment() const {
-    return Read(Use("Comment")).comment;
+    return read(use("Comment")).comment;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetComment(const QString& value) {
-    Write("SetComment", [&](MemoryTrackData& data) { data.comment = value; });
+    write("SetComment", [&](MemoryTrackData& data) { data.comment = value; });
 }
 
 template <typename Base> QString MemoryTrackBase<Base>::Grouping() const {
-    return Read(Use("Grouping")).grouping;
+    return read(use("Grouping")).grouping;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetGrouping(const QString& value) {
-    Write("SetGrouping", [&](MemoryTrackData& data) { data.grouping = value; });
+    write("SetGrouping", [&](MemoryTrackData& data) { data.grouping = value; });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::TrackNumber() const {
-    return Read(Use("TrackNumber")).trackNumber;
+    return read(use("TrackNumber")).trackNumber;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetTrackNumber(int value) {
-    Write("SetTrackNumber", [&](MemoryTrackData& data) { data.trackNumber = value; });
+    write("SetTrackNumber", [&](MemoryTrackData& data) { data.trackNumber = value; });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::DiscNumber() const {
-    return Read(Use("DiscNumber")).discNumber;
+    return read(use("DiscNumber")).discNumber;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetDiscNumber(int value) {
-    Write("SetDiscNumber", [&](MemoryTrackData& data) { data.discNumber = value; });
+    write("SetDiscNumber", [&](MemoryTrackData& data) { data.discNumber = value; });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::Year() const {
-    return Read(Use("Year")).year;
+    return read(use("Year")).year;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetYear(int value) {
-    Write("SetYear", [&](MemoryTrackData& data) { data.year = value; });
+    write("SetYear", [&](MemoryTrackData& data) { data.year = value; });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::BPM() const {
-    return Read(Use("BPM")).bpm;
+    return read(use("BPM")).bpm;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetBPM(int value) {
-    Write("SetBPM", [&](MemoryTrackData& data) { data.bpm = value; });
+    write("SetBPM", [&](MemoryTrackData& data) { data.bpm = value; });
 }
 
 template <typename Base> bool MemoryTrackBase<Base>::Compilation() const {
-    return Read(Use("Compilation")).compilation;
+    return read(use("Compilation")).compilation;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetCompilation(bool value) {
-    Write("SetCompilation", [&](MemoryTrackData& data) { data.compilation = value; });
+    write("SetCompilation", [&](MemoryTrackData& data) { data.compilation = value; });
 }
 
 template <typename Base> QString MemoryTrackBase<Base>::Time() const {
-    return TrackTimeText(Read(Use("Time")).duration);
+    return TrackTimeText(read(use("Time")).duration);
 }
 
 template <typename Base> int MemoryTrackBase<Base>::Duration() const {
-    return Read(Use("Duration")).duration;
+    return read(use("Duration")).duration;
 }
 
 template <typename Base> int MemoryTrackBase<Base>::BitRate() const {
-    return Read(Use("BitRate")).bitRate;
+    return read(use("BitRate")).bitRate;
 }
 
 template <typename Base> int MemoryTrackBase<Base>::Rating() const {
-    return Read(Use("Rating")).rating;
+    return read(use("Rating")).rating;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetRating(int value) {
-    Write("SetRating", [&](MemoryTrackData& data) {
+    write("SetRating", [&](MemoryTrackData& data) {
         RequireRange(value, 0, 100, "Rating");
         data.rating = value;
     });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::PlayedCount() const {
-    return Read(Use("PlayedCount")).playedCount;
+    return read(use("PlayedCount")).playedCount;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetPlayedCount(int value) {
-    Write("SetPlayedCount", [&](MemoryTrackData& data) {
+    write("SetPlayedCount", [&](MemoryTrackData& data) {
         RequireRange(value, 0, std::numeric_limits<int>::max(), "PlayedCount");
         data.playedCount = value;
     });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::TrackDatabaseID() const {
-    Use("TrackDatabaseID");
+    use("TrackDatabaseID");
     return m_trackId;
 }
 
 template <typename Base> int MemoryTrackBase<Base>::Start() const {
-    return Read(Use("Start")).start;
+    return read(use("Start")).start;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetStart(int value) {
-    Write("SetStart", [&](MemoryTrackData& data) {
+    write("SetStart", [&](MemoryTrackData& data) {
         RequireRange(value, 0, data.finish, "Start");
         data.start = value;
     });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::Finish() const {
-    return Read(Use("Finish")).finish;
+    return read(use("Finish")).finish;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetFinish(int value) {
-    Write("SetFinish", [&](MemoryTrackData& data) {
+    write("SetFinish", [&](MemoryTrackData& data) {
         RequireRange(value, data.start, data.duration, "Finish");
         data.finish = value;
     });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::VolumeAdjustment() const {
-    return Read(Use("VolumeAdjustment")).volumeAdjustment;
+    return read(use("VolumeAdjustment")).volumeAdjustment;
 }
 
 template <typename Base> void MemoryTrackBase<Base>::SetVolumeAdjustment(int value) {
-    Write("SetVolumeAdjustment", [&](MemoryTrackData& data) {
+    write("SetVolumeAdjustment", [&](MemoryTrackData& data) {
         RequireRange(value, -100, 100, "VolumeAdjustment");
         data.volumeAdjustment = value;
     });
@@ -228,9 +228,9 @@ template <typename Base> void MemoryTrackBase<Base>::SetVolumeAdjustment(int val
 
 template <typename Base>
 std::shared_ptr<IITArtworkCollection> MemoryTrackBase<Base>::Artwork() const {
-    const std::shared_ptr<MemoryPlayerState> state = Use("Artwork");
+    const std::shared_ptr<MemoryPlayerState> state = use("Artwork");
     QList<std::shared_ptr<IITArtwork>> items;
-    const qsizetype count = Read(state).artwork.size();
+    const qsizetype count = read(state).artwork.size();
     for (qsizetype i = 0; i < count; ++i)
         items.append(std::make_shared<MemoryArtwork>(m_state, m_trackId, static_cast<int>(i)));
     return std::make_shared<MemoryCollection<IITArtwork>>(m_state, QStringLiteral("IITArtwork"),
@@ -245,7 +245,7 @@ template <typename Base> void MemoryTrackBase<Base>::AddArtworkFromFile(const QS
     const QByteArray picture = file.readAll();
     if (picture.isEmpty())
         throw VbError::Player(QStringLiteral("The picture %1 is empty").arg(filePath));
-    Write("AddArtworkFromFile", [&](MemoryTrackData& data) {
+    write("AddArtworkFromFile", [&](MemoryTrackData& data) {
         if (data.artwork.isEmpty())
             data.artwork.append(picture);
         else
@@ -254,19 +254,19 @@ template <typename Base> void MemoryTrackBase<Base>::AddArtworkFromFile(const QS
 }
 
 template <typename Base> void MemoryTrackBase<Base>::Delete() {
-    const std::shared_ptr<MemoryPlayerState> state = Use("Delete");
+    const std::shared_ptr<MemoryPlayerState> state = use("Delete");
     switch (m_context.kind) {
     case MemoryTrackContext::Kind::QueueEntry:
-        return state->DeleteQueueEntry(m_context.queueEntryId);
+        return state->deleteQueueEntry(m_context.queueEntryId);
     case MemoryTrackContext::Kind::Playlist:
-        return state->DeleteFromPlaylist(*m_context.playlist, m_trackId);
+        return state->deleteFromPlaylist(*m_context.playlist, m_trackId);
     case MemoryTrackContext::Kind::Library:
-        return state->DeleteFromLibrary(m_trackId);
+        return state->deleteFromLibrary(m_trackId);
     }
 }
 
 QString MemoryFileTrack::Location() const {
-    return Read(Use("Location")).location;
+    return read(use("Location")).location;
 }
 
 template class MemoryTrackBase<IITTrack>;

@@ -62,9 +62,9 @@ public:
 
 protected:
     // The state, after checking that operation `IITTrack.<operation>` may run.
-    std::shared_ptr<MemoryPlayerState> Use(const char* operation) const;
-    const MemoryTrackData& Read(const std::shared_ptr<MemoryPlayerState>& state) const;
-    template <typename Change> void Write(const char* operation, Change change);
+    std::shared_ptr<MemoryPlayerState> use(const char* operation) const;
+    const MemoryTrackData& read(const std::shared_ptr<MemoryPlayerState>& state) const;
+    template <typename Change> void write(const char* operation, Change change);
 
     std::weak_ptr<MemoryPlayerState> m_state;
     int m_trackId;
