@@ -1,4 +1,5 @@
 #include "shell/rules/TextRules.h"
+
 #include "shell/rules/VbError.h"
 
 #include <gtest/gtest.h>
@@ -134,9 +135,9 @@ TEST(Booleans, AnythingElseIsATypeMismatch) {
 }
 
 TEST(FieldSplitting, SplitsAtEverySemicolonKeepingEmptyFields) {
-    EXPECT_EQ(SplitFields(QStringLiteral("10;20;;x")),
-              (QStringList{QStringLiteral("10"), QStringLiteral("20"), QString(),
-                           QStringLiteral("x")}));
+    EXPECT_EQ(
+        SplitFields(QStringLiteral("10;20;;x")),
+        (QStringList{QStringLiteral("10"), QStringLiteral("20"), QString(), QStringLiteral("x")}));
     EXPECT_EQ(SplitFields(QStringLiteral(";")), (QStringList{QString(), QString()}));
 }
 
@@ -153,6 +154,16 @@ TEST(FieldSplitting, NoQuotingOrEscaping) {
 
 TEST(FieldSplitting, OtherSeparators) {
     EXPECT_EQ(SplitFields(QStringLiteral("a|b|c"), QLatin1Char('|')).size(), 3);
+}
+
+TEST(FieldSplitting, FirstFieldsStopAfterTheFieldsAsked) {
+    const QString value = QStringLiteral("a;;b;c");
+    for (qsizetype n = 0; n <= 5; ++n)
+        EXPECT_EQ(SplitFirstFields(value, n), SplitFields(value).mid(0, n)) << n;
+    EXPECT_TRUE(SplitFirstFields(QString(), 3).isEmpty());
+    EXPECT_EQ(SplitFirstFields(QStringLiteral(";"), 5), (QStringList{QString(), QString()}));
+    EXPECT_EQ(SplitFirstFields(QStringLiteral("x|y"), 1, QLatin1Char('|')),
+              QStringList{QStringLiteral("x")});
 }
 
 TEST(FieldSplitting, MissingFieldIsSubscriptOutOfRange) {
@@ -203,8 +214,8 @@ TEST(LowerCasing, IsLocaleIndependentAndUnicodeAware) {
 TEST(Twips, FifteenTwipsPerPixelHalvesToEven) {
     EXPECT_EQ(TwipsToPixels(300), 20);
     EXPECT_EQ(TwipsToPixels(450), 30);
-    EXPECT_EQ(TwipsToPixels(22.5), 2);  // 1.5 px
-    EXPECT_EQ(TwipsToPixels(37.5), 2);  // 2.5 px
+    EXPECT_EQ(TwipsToPixels(22.5), 2); // 1.5 px
+    EXPECT_EQ(TwipsToPixels(37.5), 2); // 2.5 px
     EXPECT_EQ(PixelsToTwips(80), 1200);
 }
 

@@ -140,6 +140,23 @@ QStringList SplitFields(const QString& value, QChar separator) {
     return value.split(separator, Qt::KeepEmptyParts);
 }
 
+QStringList SplitFirstFields(const QString& value, qsizetype maxFields, QChar separator) {
+    QStringList fields;
+    if (value.isEmpty())
+        return fields;
+    qsizetype start = 0;
+    while (fields.size() < maxFields) {
+        const qsizetype end = value.indexOf(separator, start);
+        if (end < 0) {
+            fields.append(value.mid(start));
+            break;
+        }
+        fields.append(value.mid(start, end - start));
+        start = end + 1;
+    }
+    return fields;
+}
+
 const QString& Field(const QStringList& fields, qsizetype index) {
     if (index < 0 || index >= fields.size())
         throw VbError::SubscriptOutOfRange();

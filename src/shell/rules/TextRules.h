@@ -3,7 +3,6 @@
 #include <QString>
 #include <QStringList>
 #include <QStringView>
-
 #include <cstdint>
 
 // The one home of the text and number rules that skin files, the command language, settings and
@@ -40,6 +39,11 @@ bool ToBoolean(QStringView text);
 // The fields of a value: split at every separator, no quoting. An empty text has no fields at
 // all (so its first field is already missing), as the original Split behaved.
 QStringList SplitFields(const QString& value, QChar separator = QLatin1Char(';'));
+
+// The first `maxFields` fields of SplitFields, without splitting the rest, so a line of millions
+// of separators costs no more than the fields a reader uses.
+QStringList SplitFirstFields(const QString& value, qsizetype maxFields,
+                             QChar separator = QLatin1Char(';'));
 
 // Field `index` of a split value; VbError::SubscriptOutOfRange when it is missing.
 const QString& Field(const QStringList& fields, qsizetype index);
