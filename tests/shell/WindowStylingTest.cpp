@@ -2,9 +2,10 @@
 
 #include "shell/platform/NullWindowSystem.h"
 #include "shell/platform/PlatformHelpers.h"
-#include "shell/settings/ProgramPaths.h"
 
+#include <QFile>
 #include <QGuiApplication>
+#include <QTemporaryDir>
 #include <QWidget>
 #include <gtest/gtest.h>
 
@@ -57,8 +58,12 @@ TEST(WindowStylingWithoutX11, PutOnDesktopReportsNotAvailable) {
 }
 
 TEST(PlatformHelpers, TemporaryFolderIsThePrivateOne) {
+    QTemporaryDir runtime;
+    const QByteArray old = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
     const QString folder = TemporaryFolder();
+    qputenv("XDG_RUNTIME_DIR", old);
     ASSERT_FALSE(folder.isEmpty());
     EXPECT_TRUE(folder.endsWith(QLatin1Char('/')));
-    EXPECT_EQ(folder, ProgramPaths::TemporaryFolder());
+    EXPECT_EQ(folder, runtime.path() + QStringLiteral("/pelorin/"));
 }
