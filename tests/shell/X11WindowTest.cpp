@@ -215,7 +215,10 @@ TEST_F(X11Windows, PutOnDesktopParentsToTheDesktopWindow) {
     // Asked again, it does it again and stays there.
     EXPECT_EQ(PutOnDesktop(*system, window.get()).outcome,
               DesktopPlacement::Outcome::ParentedToDesktop);
+    // The window manager does not take it back once its events have run.
+    QTest::qWait(300);
     EXPECT_EQ(probe.Parent(Id()), desktop);
+    EXPECT_TRUE(window->isVisible());
     window.reset();
     probe.Destroy(desktop);
 }

@@ -1,6 +1,8 @@
 #include "X11WindowSystem.h"
 
+#include <QDeadlineTimer>
 #include <QGuiApplication>
+#include <QThread>
 #include <QWidget>
 #include <cstdlib>
 #include <cstring>
@@ -15,6 +17,8 @@ constexpr std::uint32_t NetWmStateAdd = 1;
 // Source indication of a normal application in EWMH client messages.
 constexpr std::uint32_t SourceApplication = 1;
 constexpr std::uint32_t AllDesktops = 0xFFFFFFFF;
+// How long a window manager may take to release a withdrawn window.
+constexpr int ReleaseTimeoutMs = 1000;
 
 template <typename Reply> struct FreeReply {
     void operator()(Reply* reply) const { std::free(reply); }
@@ -131,10 +135,16 @@ WId X11WindowSystem::FindDesktopWindow() {
     return 0;
 }
 
+std::uint32_t X11WindowSystem::ParentOf(std::uint32_t window) {
+    const auto cookie = xcb_query_tree(m_connection, window);
+    ReplyPtr<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(m_connection, cookie, nullptr));
+    return tree ? tree->parent : 0;
+}
+
 bool X11WindowSystem::ReparentInto(QWidget* widget, WId parent) {
     if (widget == nullptr || parent == 0)
         return false;
-    widget->winId();
+    const auto window = static_cast<std::uint32_t>(widget->winId());
     QWindow* handle = widget->windowHandle();
     if (handle == nullptr)
         return false;
@@ -146,9 +156,21 @@ bool X11WindowSystem::ReparentInto(QWidget* widget, WId parent) {
         // The foreign window must outlive the widget's window, which becomes its child.
         QObject::connect(widget, &QObject::destroyed, host, &QObject::deleteLater);
     }
+    // A window the window manager still holds would be taken back to the root when the manager
+    // notices it left its frame; withdraw it first and wait until the manager let it go.
+    const bool wasVisible = widget->isVisible();
+    if (wasVisible) {
+        widget->hide();
+        xcb_flush(m_connection);
+        QDeadlineTimer deadline(ReleaseTimeoutMs);
+        while (ParentOf(window) != m_root && !deadline.hasExpired())
+            QThread::msleep(5);
+    }
     handle->setParent(host);
+    if (wasVisible)
+        widget->show();
     xcb_flush(m_connection);
-    return true;
+    return ParentOf(window) == parent;
 }
 
 bool X11WindowSystem::KeepBelowOnAllDesktops(WId id) {

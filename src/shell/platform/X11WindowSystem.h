@@ -33,6 +33,7 @@ private:
                                             std::uint32_t type);
     bool HasWindowType(std::uint32_t window, std::uint32_t type);
     bool IsMapped(std::uint32_t window);
+    std::uint32_t ParentOf(std::uint32_t window);
     void SendToRoot(std::uint32_t window, std::uint32_t messageType,
                     const std::uint32_t (&data)[5]);
 
