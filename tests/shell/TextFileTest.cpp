@@ -186,3 +186,20 @@ TEST(TextFile, AFiftyMegabyteFileIsSplitIntoItsLines) {
     EXPECT_EQ(content.Lines.size(), count);
     EXPECT_EQ(content.Lines.back(), u"label=1;2;3;4;[Artist]"_qs);
 }
+
+TEST(TextFile, OnlyTheFirstByteOrderMarkIsDropped) {
+    const TextFileContent content = TextFile::FromBytes("\xEF\xBB\xBF\xEF\xBB\xBFx");
+    EXPECT_TRUE(content.HadBom);
+    EXPECT_EQ(content.Lines, QStringList{u"\uFEFFx"_qs});
+    EXPECT_EQ(TextFile::ToBytes(content), QByteArray("\xEF\xBB\xBF\xEF\xBB\xBFx\r\n"));
+}
+
+TEST(TextFile, AWriteIntoAMissingFolderFailsWithAReason) {
+    QTemporaryDir dir;
+    TextFileContent content;
+    content.Lines = {u"x"_qs};
+    QString error;
+    EXPECT_FALSE(TextFile::Write(dir.filePath(u"gone/personal.ini"_qs), content, &error));
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_FALSE(QFile::exists(dir.filePath(u"gone/personal.ini"_qs)));
+}

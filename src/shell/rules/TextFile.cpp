@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QSaveFile>
+#include <QStringDecoder>
 #include <array>
 #include <cstdint>
 #include <string_view>
@@ -112,7 +113,9 @@ QString TextFile::Decode(QByteArrayView bytes, TextEncoding* used, bool* hadBom)
                 *hadBom = true;
             bytes = bytes.sliced(3);
         }
-        return QString::fromUtf8(bytes);
+        // fromUtf8 would drop a second byte order mark as well; only the first is ours to drop.
+        QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
+        return decoder.decode(bytes);
     }
     if (used)
         *used = TextEncoding::Windows1252;
