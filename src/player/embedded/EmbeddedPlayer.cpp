@@ -1,0 +1,310 @@
+#include "player/embedded/EmbeddedPlayer.h"
+
+#include "player/embedded/LocalProbe.h"
+#include "shell/settings/ProgramPaths.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QThread>
+#include <csignal>
+
+namespace Pelorin {
+
+namespace {
+
+constexpr int kPollMs = 20;
+constexpr int kStopTimeoutMs = 5000;
+
+QString Quoted(const QString& value) {
+    QString escaped = value;
+    escaped.replace(u'\\', QStringLiteral("\\\\"));
+    escaped.replace(u'"', QStringLiteral("\\\""));
+    return u'"' + escaped + u'"';
+}
+
+QString Unquoted(const QString& value) {
+    QString plain;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        if (value[i] == u'\\' && i + 1 < value.size()) {
+            ++i;
+        }
+        plain += value[i];
+    }
+    return plain;
+}
+
+QString ExpandHome(const QString& path) {
+    if (path == u"~" || path.startsWith(QStringLiteral("~/"))) {
+        return QDir::homePath() + path.mid(1);
+    }
+    return path;
+}
+
+// $XDG_STATE_HOME, or ~/.local/state (Qt 6.4 has no standard location for it).
+QString StateHome() {
+    const QString home = qEnvironmentVariable("XDG_STATE_HOME");
+    if (!home.isEmpty() && QDir::isAbsolutePath(home)) {
+        return QDir::cleanPath(home);
+    }
+    return QDir::homePath() + QStringLiteral("/.local/state");
+}
+
+QString ReadAll(const QString& path, qint64 from = 0) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || (from > 0 && !file.seek(from))) {
+        return QString();
+    }
+    return QString::fromUtf8(file.readAll()).trimmed();
+}
+
+} // namespace
+
+EmbeddedPlayer::EmbeddedPlayer() : EmbeddedPlayer(Options{}) {}
+
+EmbeddedPlayer::EmbeddedPlayer(Options options) : m_options(std::move(options)) {}
+
+QString EmbeddedPlayer::ConfigPath() const {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/pelorin/mpd.conf");
+}
+
+QString EmbeddedPlayer::StateDirectory() const {
+    return StateHome() + QStringLiteral("/pelorin/mpd");
+}
+
+QString EmbeddedPlayer::DefaultMusicDirectory() const {
+    if (!m_options.musicDirectory.isEmpty()) {
+        return m_options.musicDirectory;
+    }
+    return QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
+}
+
+QString EmbeddedPlayer::ConfiguredValue(const QString& name) const {
+    QFile file(ConfigPath());
+    if (!file.open(QIODevice::ReadOnly)) {
+        return QString();
+    }
+    static const QRegularExpression setting(
+        QStringLiteral("^\\s*([A-Za-z_]+)\\s+\"((?:[^\"\\\\]|\\\\.)*)\""));
+    int depth = 0;
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+    for (const QString& line : lines) {
+        const QString trimmed = line.trimmed();
+        if (trimmed.startsWith(u'#')) {
+            continue;
+        }
+        if (depth == 0) {
+            const QRegularExpressionMatch match = setting.match(line);
+            if (match.hasMatch() && match.captured(1) == name) {
+                return ExpandHome(Unquoted(match.captured(2)));
+            }
+        }
+        depth += static_cast<int>(trimmed.count(u'{')) - static_cast<int>(trimmed.count(u'}'));
+    }
+    return QString();
+}
+
+QString EmbeddedPlayer::SocketPath() const {
+    const QString configured = ConfiguredValue(QStringLiteral("bind_to_address"));
+    if (QDir::isAbsolutePath(configured)) {
+        return configured;
+    }
+    const QString folder = ProgramPaths::RuntimeFolder();
+    return folder.isEmpty() ? QString() : folder + QStringLiteral("mpd.socket");
+}
+
+QString EmbeddedPlayer::PidFilePath() const {
+    const QString configured = ConfiguredValue(QStringLiteral("pid_file"));
+    return configured.isEmpty() ? StateDirectory() + QStringLiteral("/pid") : configured;
+}
+
+QString EmbeddedPlayer::LogFilePath() const {
+    const QString configured = ConfiguredValue(QStringLiteral("log_file"));
+    return configured.isEmpty() ? StateDirectory() + QStringLiteral("/log") : configured;
+}
+
+QString EmbeddedPlayer::ConfigText() const {
+    const QString state = StateDirectory();
+    QString socketError;
+    QString socket = ProgramPaths::RuntimeFolder(&socketError);
+    socket += QStringLiteral("mpd.socket");
+    QString text = QStringLiteral(
+        "# Pelorin's own player (the Music Player Daemon). Pelorin wrote this file once and\n"
+        "# never overwrites it: edit it freely. To play your own music, point music_directory\n"
+        "# at it, restart the player and update its database (for example \"mpc update\").\n"
+        "# Keep bind_to_address and pid_file: Pelorin finds and stops its player through them.\n"
+        "\n");
+    text += QStringLiteral("music_directory %1\n").arg(Quoted(DefaultMusicDirectory()));
+    text +=
+        QStringLiteral("playlist_directory %1\n").arg(Quoted(state + QStringLiteral("/playlists")));
+    text += QStringLiteral("db_file %1\n").arg(Quoted(state + QStringLiteral("/database")));
+    text += QStringLiteral("state_file %1\n").arg(Quoted(state + QStringLiteral("/state")));
+    text += QStringLiteral("sticker_file %1\n").arg(Quoted(state + QStringLiteral("/sticker.sql")));
+    text += QStringLiteral("pid_file %1\n").arg(Quoted(state + QStringLiteral("/pid")));
+    text += QStringLiteral("log_file %1\n").arg(Quoted(state + QStringLiteral("/log")));
+    text += QStringLiteral("bind_to_address %1\n").arg(Quoted(socket));
+    text += QStringLiteral("metadata_to_use \"+comment\"\n");
+    text += QStringLiteral("auto_update \"yes\"\n");
+    text += QStringLiteral("restore_paused \"yes\"\n");
+    text +=
+        QStringLiteral("\n# No audio_output: the player picks the system's sound output itself.\n");
+    if (!m_options.extraConfig.isEmpty()) {
+        text += m_options.extraConfig;
+        if (!text.endsWith(u'\n')) {
+            text += u'\n';
+        }
+    }
+    return text;
+}
+
+QString EmbeddedPlayer::EnsureConfig() const {
+    const QString path = ConfigPath();
+    if (QFileInfo::exists(path)) {
+        return QString();
+    }
+    if (ProgramPaths::RuntimeFolder().isEmpty()) {
+        QString error;
+        ProgramPaths::RuntimeFolder(&error);
+        return QStringLiteral("There is no private folder for the player's socket: %1").arg(error);
+    }
+    if (!QDir().mkpath(QFileInfo(path).absolutePath())) {
+        return QStringLiteral("Cannot create the folder %1").arg(QFileInfo(path).absolutePath());
+    }
+    // NewOnly: should another process write it at the same moment, theirs stays.
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+        return QFileInfo::exists(path)
+                   ? QString()
+                   : QStringLiteral("Cannot write %1: %2").arg(path, file.errorString());
+    }
+    const QByteArray bytes = ConfigText().toUtf8();
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
+        const QString error = QStringLiteral("Cannot write %1: %2").arg(path, file.errorString());
+        file.remove();
+        return error;
+    }
+    return QString();
+}
+
+qint64 EmbeddedPlayer::ProcessId() const {
+    const qint64 pid = ReadAll(PidFilePath()).toLongLong();
+    if (!ProcessIsAlive(pid)) {
+        return 0;
+    }
+    // A pid file left from before a reboot may name an unrelated process by now.
+    const QString name = ProcessShortName(pid);
+    const QString expected = QFileInfo(m_options.program).fileName().left(15);
+    return name.isEmpty() || name == expected ? pid : 0;
+}
+
+bool EmbeddedPlayer::IsRunning() const {
+    return ProcessId() != 0 || UnixSocketAnswers(SocketPath());
+}
+
+QString EmbeddedPlayer::StartFailure(const QString& reason, qint64 logOffset) const {
+    QString message = QStringLiteral("The player could not be started: %1").arg(reason);
+    const QString output = ReadAll(StateDirectory() + QStringLiteral("/start.log"));
+    if (!output.isEmpty()) {
+        message += u'\n' + output;
+    }
+    const QString log = ReadAll(LogFilePath(), logOffset);
+    if (!log.isEmpty()) {
+        message += u'\n' + log;
+    }
+    return message;
+}
+
+QString EmbeddedPlayer::Start() const {
+    if (IsRunning()) {
+        return QString();
+    }
+    QString error = EnsureConfig();
+    if (!error.isEmpty()) {
+        return QStringLiteral("The player could not be started: %1").arg(error);
+    }
+    const QString program = QDir::isAbsolutePath(m_options.program)
+                                ? m_options.program
+                                : QStandardPaths::findExecutable(m_options.program);
+    if (program.isEmpty() || !QFileInfo(program).isExecutable()) {
+        return QStringLiteral("The player program \"%1\" is not installed. Install the Debian "
+                              "package \"mpd\", or set MPD_HOST to a player of your own.")
+            .arg(m_options.program);
+    }
+    QString playlists = ConfiguredValue(QStringLiteral("playlist_directory"));
+    for (const QString& folder :
+         {StateDirectory(), playlists, QFileInfo(PidFilePath()).absolutePath(),
+          QFileInfo(LogFilePath()).absolutePath()}) {
+        if (!folder.isEmpty() && !QDir().mkpath(folder)) {
+            return QStringLiteral("The player could not be started: cannot create the folder %1")
+                .arg(folder);
+        }
+    }
+    const qint64 logOffset = QFileInfo(LogFilePath()).size();
+
+    // Without --no-daemon the player forks into the background, where it outlives Pelorin. The
+    // first process (our child, so we collect it and no zombie is left) ends once the daemon is
+    // ready, or at once with an exit code and a message on standard error when it cannot start.
+    QProcess launcher;
+    launcher.setProgram(program);
+    launcher.setArguments({ConfigPath()});
+    launcher.setStandardInputFile(QProcess::nullDevice());
+    launcher.setStandardOutputFile(QProcess::nullDevice());
+    launcher.setStandardErrorFile(StateDirectory() + QStringLiteral("/start.log"));
+    launcher.start();
+    if (!launcher.waitForStarted(m_options.startTimeoutMs)) {
+        return StartFailure(launcher.errorString(), logOffset);
+    }
+    // The socket listens before the daemon forks and writes its pid file; Stop needs the pid
+    // file, so a start is complete with both (or, for a configuration without a pid file, once
+    // the launcher has ended well).
+    bool launcherDone = false;
+    for (int waited = 0; waited <= m_options.startTimeoutMs; waited += kPollMs) {
+        if (!launcherDone && launcher.waitForFinished(kPollMs)) {
+            launcherDone = true;
+            if (launcher.exitStatus() != QProcess::NormalExit || launcher.exitCode() != 0) {
+                return StartFailure(
+                    QStringLiteral("it ended with exit code %1").arg(launcher.exitCode()),
+                    logOffset);
+            }
+        } else if (launcherDone) {
+            QThread::msleep(kPollMs);
+        }
+        if (UnixSocketAnswers(SocketPath()) && (launcherDone || ProcessId() != 0)) {
+            // Collect the launcher, which leaves as soon as the daemon says it is ready.
+            launcher.waitForFinished(m_options.startTimeoutMs);
+            return QString();
+        }
+    }
+    return StartFailure(QStringLiteral("its socket %1 did not answer within %2 ms")
+                            .arg(SocketPath())
+                            .arg(m_options.startTimeoutMs),
+                        logOffset);
+}
+
+QString EmbeddedPlayer::Stop() const {
+    const qint64 pid = ProcessId();
+    if (pid == 0) {
+        if (UnixSocketAnswers(SocketPath())) {
+            return QStringLiteral("The player at %1 was not started by Pelorin (no pid file %2); "
+                                  "stop it with its own tools.")
+                .arg(SocketPath(), PidFilePath());
+        }
+        return QString();
+    }
+    ::kill(static_cast<pid_t>(pid), SIGTERM);
+    for (int waited = 0; waited < kStopTimeoutMs; waited += kPollMs) {
+        if (!ProcessIsAlive(pid)) {
+            return QString();
+        }
+        QThread::msleep(kPollMs);
+    }
+    return QStringLiteral("The player (process %1) did not end within %2 s.")
+        .arg(pid)
+        .arg(kStopTimeoutMs / 1000);
+}
+
+} // namespace Pelorin
