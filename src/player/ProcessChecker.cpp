@@ -32,7 +32,7 @@ bool IsProcessId(const char* entryName) {
 // The executable path of one process into `buffer`; its length, or -1 when the process has
 // neither a readable exe link nor a command line (kernel threads, zombies, vanished processes).
 ssize_t ExecutablePath(int procFd, const char* pid, char* buffer, size_t size) {
-    char relative[64];
+    char relative[sizeof(dirent::d_name) + sizeof("/cmdline")];
     std::snprintf(relative, sizeof relative, "%s/exe", pid);
     const ssize_t linkLength = readlinkat(procFd, relative, buffer, size);
     if (linkLength > 0)
