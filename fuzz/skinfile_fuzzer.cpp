@@ -8,6 +8,7 @@
 #include "skin/SkinLineProcessor.h"
 #include "skin/SkinModel.h"
 
+#include <QtGlobal>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -40,6 +41,12 @@ void CheckModel(const SkinModel& model) {
 }
 
 } // namespace
+
+// Qt warns on stderr about file names holding NUL characters; that is expected noise here.
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArrayView bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
