@@ -118,6 +118,8 @@ QList<int> MemoryPlayer::queueTrackIds() const {
 }
 
 QList<int> MemoryPlayer::userPlaylistTrackIds(const QString& name, int source) const {
+    if (source < 1 || source > m_state->sources().size())
+        throw VbError::SubscriptOutOfRange();
     for (const auto& playlist : m_state->sources().at(source - 1).playlists) {
         if (playlist->kind == MemoryPlaylistData::Kind::User && playlist->name == name)
             return playlist->trackIds;
