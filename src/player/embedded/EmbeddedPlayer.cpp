@@ -129,9 +129,8 @@ QString EmbeddedPlayer::LogFilePath() const {
 
 QString EmbeddedPlayer::ConfigText() const {
     const QString state = StateDirectory();
-    QString socketError;
-    QString socket = ProgramPaths::RuntimeFolder(&socketError);
-    socket += QStringLiteral("mpd.socket");
+    // EnsureConfig has checked that the runtime folder is usable.
+    const QString socket = ProgramPaths::RuntimeFolder() + QStringLiteral("mpd.socket");
     QString text = QStringLiteral(
         "# Pelorin's own player (the Music Player Daemon). Pelorin wrote this file once and\n"
         "# never overwrites it: edit it freely. To play your own music, point music_directory\n"
