@@ -75,6 +75,11 @@ QString Reason(const SkinLineFault& fault) {
 
 } // namespace
 
+QString SkinFileNoCrWarning() {
+    return QStringLiteral("no CR line ends at all; a lone LF does not end a skin line, so the "
+                          "whole file reads as one line (save it with CR LF line ends)");
+}
+
 int CheckSkin(const QString& folder, const std::function<void(const QString&)>& loadPicture,
               QTextStream& out, QSize primaryScreen) {
     QString skinFolder = folder;
@@ -94,8 +99,7 @@ int CheckSkin(const QString& folder, const std::function<void(const QString&)>& 
         out << "skin.ini: the file is empty\n";
         ++faults;
     } else if (!content.HasCR) {
-        out << "skin.ini: no CR line ends at all; a lone LF does not end a skin line, so the "
-               "whole file reads as one line (save it with CR LF line ends)\n";
+        out << "skin.ini: " << SkinFileNoCrWarning() << '\n';
         ++faults;
     }
 
