@@ -1,0 +1,85 @@
+#include "SkinControls.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+
+namespace Pelorin {
+
+namespace {
+const char* const TagProperty = "Tag";
+} // namespace
+
+QString ControlTag(const QObject* control) {
+    return control->property(TagProperty).toString();
+}
+
+void SetControlTag(QObject* control, const QString& tag) {
+    control->setProperty(TagProperty, tag);
+}
+
+PictureBox::PictureBox(const QString& name, QWidget* parent) : QWidget(parent) {
+    setObjectName(name);
+    SetControlTag(this, QString());
+}
+
+void PictureBox::SetPicture(const QImage& picture) {
+    m_picture = picture;
+    update();
+}
+
+void PictureBox::SetStretchWidth(int width) {
+    m_stretchWidth = width;
+    update();
+}
+
+void PictureBox::paintEvent(QPaintEvent*) {
+    if (m_picture.isNull())
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const int width = m_stretchWidth > 0 ? m_stretchWidth : this->width();
+    painter.drawImage(QRect(0, 0, width, height()), m_picture);
+}
+
+void PictureBox::mousePressEvent(QMouseEvent* event) {
+    Q_EMIT MousePressed(event->button(), event->modifiers(), event->position().toPoint());
+}
+
+void PictureBox::mouseMoveEvent(QMouseEvent* event) {
+    Q_EMIT MouseMoved(event->buttons(), event->modifiers(), event->position().toPoint());
+}
+
+void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
+    Q_EMIT MouseReleased(event->button(), event->modifiers(), event->position().toPoint());
+}
+
+SkinLabelControl::SkinLabelControl(const QString& name, QWidget* parent) : QLabel(parent) {
+    setObjectName(name);
+    SetControlTag(this, QString());
+    setWordWrap(false);
+    setTextFormat(Qt::PlainText);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+}
+
+LineControl::LineControl(const QString& name, QWidget* parent) : QWidget(parent) {
+    setObjectName(name);
+    SetControlTag(this, QString());
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void LineControl::SetColour(const QColor& colour) {
+    m_colour = colour;
+    update();
+}
+
+void LineControl::SetEnds(int x1, int y1, int x2, int y2) {
+    setGeometry(std::min(x1, x2), std::min(y1, y2), std::abs(x2 - x1) + 1, std::abs(y2 - y1) + 1);
+}
+
+void LineControl::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), m_colour);
+}
+
+} // namespace Pelorin

@@ -1,0 +1,209 @@
+#pragma once
+
+#include "SkinWindowServices.h"
+#include "WindowMover.h"
+#include "runcode/effects/EffectWindow.h"
+#include "runcode/effects/InteractionFlag.h"
+#include "runcode/effects/WindowEffects.h"
+#include "shell/app/SkinWindow.h"
+#include "shell/platform/WindowStyling.h"
+#include "skin/SkinHost.h"
+#include "skin/SkinModel.h"
+
+#include <QHash>
+#include <QImage>
+#include <QWidget>
+#include <array>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace Pelorin {
+
+class EffectPacing;
+class LineControl;
+class PictureBox;
+class SkinLabelControl;
+class VbTimer;
+class WindowSystem;
+
+// The skin window: a frameless tool window (not in the task bar) that a skin file fills with
+// labels, images, timers, a progress bar, stars, border lines and a lyrics display, and that
+// shapes, stacks, fades and moves itself as the skin says. One instance per open skin.
+//
+// Control arrays keep the skin's numbering: lblInfo(1) is the first "label" line, img(1) the
+// first "image" line, tmr(1) the first "timerevent" line; their element 0 is never created.
+// imgRatings(0) to imgRatings(4) are the five stars.
+class frmMain : public QWidget, public SkinWindow, public EffectWindow, private SkinHost {
+    Q_OBJECT
+public:
+    // What the window is given by whoever creates it.
+    struct Links {
+        OpenFormsAccess forms;
+        // The shell's part of closing, called while the window is still registered.
+        std::function<void(SkinWindow&)> onUnloading;
+        SkinWindowServices services;
+        // Shared by all skin windows; null: the window makes its own.
+        WindowSystem* windowSystem = nullptr;
+        // How effects pause between steps; null: the event loop and real sleeps.
+        EffectPacing* pacing = nullptr;
+        WindowMover::Method moveMethod = WindowMover::Method::SystemFirst;
+    };
+
+    explicit frmMain(Links links);
+    ~frmMain() override;
+
+    // Form
+    QString Tag() const override { return m_model.Tag; }
+    void Unload() override;
+    QWidget* Widget() override { return this; }
+
+    // SkinWindow
+    void SetIsDeskbar(bool isDeskbar) override { m_model.IsDeskbar = isDeskbar; }
+    bool IsDeskbar() const override { return m_model.IsDeskbar; }
+    void LoadSkin(const QString& skinFile, const QString& path) override;
+    void SetLeftTwips(double twips) override;
+    void SetTopTwips(double twips) override;
+    double LeftTwips() const override;
+    double TopTwips() const override;
+    void RunAfter() override;
+    bool EmbedInto(quint64 hostWindowId) override;
+
+    // Applies one raw skin line (and builds what it created); reports its own error.
+    void ProcessLine(const QString& line, const QString& curPath);
+
+    // The model that the skin lines filled: per-window settings and element data.
+    const SkinModel& Model() const { return m_model; }
+    SkinModel& Model() { return m_model; }
+    const QString& SkinFolder() const { return m_model.SkinFolder; }
+    bool Closing() const { return m_model.Closing; }
+    // True from the start of Unload on.
+    bool IsUnloaded() const override { return m_unloaded; }
+
+    // Window behaviour.
+    void AlwaysOnTop(bool onTop);
+    void CreateRoundRectFromWindow(int amount);
+    void GlassifyMe() override;
+    void PutOnDesktop() override;
+    DesktopPlacement LastDesktopPlacement() const { return m_lastPlacement; }
+    void StartMoveWindow();
+    // Starts moving the window with the pointer, the button being down at `pressGlobal`.
+    void MoveWindow(QPoint pressGlobal);
+
+    // The command language's entry, and the interaction codes every press runs.
+    void RunCode(const QString& code) override;
+    void RunInterActionCode();
+    InteractionFlag& Interaction() override { return m_interaction; }
+
+    // Effects on this window.
+    EffectOutcome FadeIn();
+    EffectOutcome FadeClose();
+    EffectOutcome SlideUp();
+    void NormalTransparency();
+    void SetLayeredAlpha(int alpha) override;
+
+    // Controls. An index that does not exist gives null (element 0 of the skin arrays too).
+    SkinLabelControl* lblInfo(int index) const;
+    PictureBox* img(int index) const;
+    VbTimer* tmr(int index) const;
+    // The width of a text in label `index`'s font (scrollWidth(index)); 0 for a missing label.
+    int scrollWidthTextWidth(int index, const QString& text) const;
+    PictureBox* imgProgress() const { return m_imgProgress; }
+    PictureBox* imgRatings(int index) const;
+    SkinLabelControl* lblMove() const { return m_lblMove; }
+    LineControl* lnTop() const { return m_lnTop; }
+    LineControl* lnBottom() const { return m_lnBottom; }
+    LineControl* lnLeft() const { return m_lnLeft; }
+    LineControl* lnRight() const { return m_lnRight; }
+    VbTimer* tmrScroll() const { return m_tmrScroll; }
+    VbTimer* tmrProgress() const { return m_tmrProgress; }
+    VbTimer* tmrTrackImage() const { return m_tmrTrackImage; }
+    VbTimer* tmrDeskbarLetDie() const { return m_tmrDeskbarLetDie; }
+    // The lyrics display that the "lyrics" line places.
+    SkinLabelControl* Cantom() const { return m_cantom; }
+    // The hotkey controls; VBHotkey(0) is the first binding. The hotkey code fills it.
+    QList<QObject*>& VBHotkey() { return m_vbHotkey; }
+    // A picture the skin loaded, by its full path; null when it did not load.
+    QImage SkinPicture(const QString& fullPath) const { return m_pictures.value(fullPath); }
+
+    // EffectWindow
+    QObject* LifetimeObject() override { return this; }
+    std::int16_t Transparency() const override { return m_model.Transparency; }
+    void SetTransparency(std::int16_t alpha) override { m_model.Transparency = alpha; }
+    bool Glassify() const override { return m_model.Glassify; }
+    bool OnDesktop() const override { return m_model.OnDesktop; }
+    void HideWindow() override { hide(); }
+    void ShowWithoutActivating() override;
+    int WindowTop() const override { return y(); }
+    int WindowHeight() const override { return height(); }
+    void SetWindowTopAndHeight(int top, int height) override;
+
+    // The size a window has when its skin gives none.
+    static constexpr int DefaultWidth = 320;
+    static constexpr int DefaultHeight = 100;
+
+protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+
+private:
+    // SkinHost
+    void LoadPicture(const QString& fullPath) override;
+    void NewEvent(const QString& text) override;
+    QSize PrimaryScreenSize() const override;
+
+    void CreateFixedControls();
+    void ApplyChange(const SkinChange& change);
+    void ApplyWindowSettings();
+    void ApplyLabel(int index);
+    void ApplyImage(int index);
+    void ApplyTimer(int index);
+    void ApplyProgress();
+    void ApplyBorders();
+    void ApplyLyrics();
+    void UpdateBorderLines();
+    void Form_Activate();
+    void Form_Unload();
+    void tmr_Timer(int index);
+    void ImagePress(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint pos);
+    void CallService(const std::function<void(frmMain&)>& service);
+    EffectPacing& Pacing();
+
+    Links m_links;
+    std::unique_ptr<WindowSystem> m_ownWindowSystem;
+    WindowSystem* m_windowSystem = nullptr;
+    std::unique_ptr<EffectPacing> m_ownPacing;
+    SkinModel m_model;
+    QHash<QString, QImage> m_pictures;
+    InteractionFlag m_interaction;
+    WindowMover* m_mover = nullptr;
+    DesktopPlacement m_lastPlacement;
+    bool m_unloaded = false;
+    bool m_activatedOnce = false;
+
+    std::vector<SkinLabelControl*> m_lblInfo{nullptr};
+    std::vector<PictureBox*> m_img{nullptr};
+    std::vector<VbTimer*> m_tmr{nullptr};
+    PictureBox* m_imgProgress = nullptr;
+    std::array<PictureBox*, 5> m_imgRatings{};
+    SkinLabelControl* m_lblMove = nullptr;
+    LineControl* m_lnTop = nullptr;
+    LineControl* m_lnBottom = nullptr;
+    LineControl* m_lnLeft = nullptr;
+    LineControl* m_lnRight = nullptr;
+    VbTimer* m_tmrScroll = nullptr;
+    VbTimer* m_tmrProgress = nullptr;
+    VbTimer* m_tmrTrackImage = nullptr;
+    VbTimer* m_tmrDeskbarLetDie = nullptr;
+    SkinLabelControl* m_cantom = nullptr;
+    QList<QObject*> m_vbHotkey;
+};
+
+} // namespace Pelorin

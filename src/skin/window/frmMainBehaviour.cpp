@@ -1,0 +1,321 @@
+// The skin window after loading: RunAfter, stacking, shape, glass, the desktop, moving, the
+// effects, input, activation and closing.
+#include "SkinControls.h"
+#include "VbTimer.h"
+#include "WindowShape.h"
+#include "frmMain.h"
+#include "shell/platform/MessageBox.h"
+#include "shell/platform/WindowSystem.h"
+#include "shell/rules/TextRules.h"
+#include "shell/settings/PositionFile.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWindow>
+#include <cstdio>
+
+namespace Pelorin {
+
+namespace {
+
+QColor ToQColor(WindowsColour colour) {
+    const RgbColour rgb = ColourToRgb(colour);
+    return QColor(rgb.Red, rgb.Green, rgb.Blue);
+}
+
+// The shift state of a mouse or key event as the window's handlers count it: 1 Shift, 2 Ctrl,
+// 4 Alt.
+int ShiftState(Qt::KeyboardModifiers modifiers) {
+    int shift = 0;
+    if (modifiers & Qt::ShiftModifier)
+        shift |= 1;
+    if (modifiers & Qt::ControlModifier)
+        shift |= 2;
+    if (modifiers & Qt::AltModifier)
+        shift |= 4;
+    return shift;
+}
+
+int ButtonNumber(Qt::MouseButton button) {
+    return button == Qt::RightButton ? 2 : button == Qt::MiddleButton ? 4 : 1;
+}
+
+} // namespace
+
+void frmMain::SetLeftTwips(double twips) {
+    move(Rules::TwipsToPixels(twips), y());
+}
+
+void frmMain::SetTopTwips(double twips) {
+    move(x(), Rules::TwipsToPixels(twips));
+}
+
+double frmMain::LeftTwips() const {
+    return Rules::PixelsToTwips(x());
+}
+
+double frmMain::TopTwips() const {
+    return Rules::PixelsToTwips(y());
+}
+
+void frmMain::RunAfter() {
+    if (m_unloaded)
+        return;
+    if (m_model.OnlyOneInstance && m_links.forms.Forms) {
+        for (Form* form : m_links.forms.Forms()) {
+            // Tags compare exactly; the window that was open first stays.
+            if (form != this && form->Tag() == m_model.Tag) {
+                Unload();
+                return;
+            }
+        }
+    }
+    AlwaysOnTop(m_model.OnTop);
+    if (m_model.Transparency > 0)
+        SetLayeredAlpha(m_model.Transparency);
+    if (m_model.RoundWindow > 0)
+        CreateRoundRectFromWindow(m_model.RoundWindow);
+    if (m_model.Glassify)
+        GlassifyMe();
+    // Show actions compare exactly: "FadeIn" is a plain show.
+    if (m_model.ShowAction == u"fadein") {
+        FadeIn();
+    } else if (m_model.ShowAction == u"slideup") {
+        SlideUp();
+    } else {
+        ShowWithoutActivating();
+        if (m_model.OnDesktop)
+            PutOnDesktop();
+    }
+}
+
+bool frmMain::EmbedInto(quint64 hostWindowId) {
+    QWindow* host = QWindow::fromWinId(static_cast<WId>(hostWindowId));
+    if (host == nullptr)
+        return false;
+    winId();
+    windowHandle()->setParent(host);
+    return true;
+}
+
+void frmMain::AlwaysOnTop(bool onTop) {
+    if (windowFlags().testFlag(Qt::WindowStaysOnTopHint) != onTop)
+        setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
+    ShowWithoutActivating();
+}
+
+void frmMain::ShowWithoutActivating() {
+    if (m_unloaded)
+        return;
+    show();
+}
+
+void frmMain::CreateRoundRectFromWindow(int amount) {
+    ApplyWindowRegion(this, RoundRectRegion(size(), amount));
+}
+
+void frmMain::GlassifyMe() {
+    if (isMinimized())
+        return;
+    // A frameless window's outer size is its client size, so the frame part of the region is
+    // empty and only the elements remain.
+    ApplyWindowRegion(this, GlassRegion(size(), size(), GlassElementRects(this)));
+}
+
+void frmMain::PutOnDesktop() {
+    m_lastPlacement = Pelorin::PutOnDesktop(*m_windowSystem, this);
+    const auto outcome = m_lastPlacement.outcome;
+    if (outcome == DesktopPlacement::Outcome::NotAvailable ||
+        outcome == DesktopPlacement::Outcome::Failed)
+        std::fprintf(stderr, "Pelorin: %s: %s\n", qPrintable(windowTitle()),
+                     qPrintable(m_lastPlacement.Describe()));
+}
+
+void frmMain::SetLayeredAlpha(int alpha) {
+    SetWindowAlpha(*m_windowSystem, this, alpha);
+}
+
+void frmMain::SetWindowTopAndHeight(int top, int height) {
+    // A window cannot be less than a pixel high; the slide starts from a line.
+    setGeometry(x(), top, width(), std::max(1, height));
+}
+
+EffectOutcome frmMain::FadeIn() {
+    return Pelorin::FadeIn(*this, Pacing());
+}
+
+EffectOutcome frmMain::FadeClose() {
+    return Pelorin::FadeClose(*this, Pacing());
+}
+
+EffectOutcome frmMain::SlideUp() {
+    return Pelorin::SlideUp(*this, Pacing());
+}
+
+void frmMain::NormalTransparency() {
+    Pelorin::NormalTransparency(*this);
+}
+
+void frmMain::StartMoveWindow() {
+    m_lblMove->setGeometry(0, 0, width(), height());
+    m_lblMove->raise();
+    m_lblMove->show();
+}
+
+void frmMain::MoveWindow(QPoint pressGlobal) {
+    m_mover->StartMove(pressGlobal);
+}
+
+void frmMain::RunInterActionCode() {
+    m_interaction.Raise();
+    // A code may close the window; the list is copied so that it outlives that.
+    const QStringList codes = m_model.Interactions;
+    for (const QString& code : codes)
+        RunCode(code);
+}
+
+void frmMain::ImagePress(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                         QPoint pos) {
+    if (m_links.services.img_MouseDown) {
+        m_links.services.img_MouseDown(*this, index, ButtonNumber(button), ShiftState(modifiers),
+                                       pos.x(), pos.y());
+        return;
+    }
+    RunInterActionCode();
+}
+
+void frmMain::tmr_Timer(int index) {
+    VbTimer* timer = tmr(index);
+    if (timer == nullptr)
+        return;
+    // A tick that arrives while the window closes finishes the closing instead.
+    if (!m_model.Closing)
+        RunCode(ControlTag(timer));
+    else
+        Unload();
+}
+
+bool frmMain::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate)
+        Form_Activate();
+    return QWidget::event(event);
+}
+
+void frmMain::Form_Activate() {
+    if (m_unloaded)
+        return;
+    if (!m_activatedOnce) {
+        m_activatedOnce = true;
+        CallService(m_links.services.FirstActivation);
+    }
+    // A window that no skin was loaded into has no business being open.
+    if (m_model.Tag.isEmpty())
+        Unload();
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_lblMove && event->type() == QEvent::MouseButtonPress) {
+        // lblMove_MouseDown: any button moves the window; the handle goes away meanwhile.
+        MoveWindow(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
+        m_lblMove->hide();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmMain::mousePressEvent(QMouseEvent* event) {
+    // Form_MouseDown (labels hand their presses on to here, as lblInfo_MouseDown does).
+    RunInterActionCode();
+    if (!m_unloaded)
+        RunCode(m_model.FormClickCode);
+    event->accept();
+}
+
+void frmMain::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::RightButton)
+        CallService(m_links.services.ShowMenu);
+    event->accept();
+}
+
+void frmMain::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    const bool modifierKey = key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt;
+    if (ShiftState(event->modifiers()) != 0 || modifierKey)
+        StartMoveWindow();
+    event->accept();
+}
+
+void frmMain::keyReleaseEvent(QKeyEvent* event) {
+    if (!m_lblMove->isHidden())
+        m_lblMove->hide();
+    event->accept();
+}
+
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (!isMinimized())
+        UpdateBorderLines();
+}
+
+void frmMain::UpdateBorderLines() {
+    // The lines start at the top-left corner; their far ends follow the size, 2 pixels in from
+    // the right and bottom edges.
+    const int w = width();
+    const int h = height();
+    m_lnRight->SetEnds(w - 2, 0, w - 2, h);
+    m_lnLeft->SetEnds(0, 0, 0, h);
+    m_lnBottom->SetEnds(0, h - 2, w, h - 2);
+    m_lnTop->SetEnds(0, 0, w, 0);
+}
+
+void frmMain::paintEvent(QPaintEvent*) {
+    if (m_model.TransparentBackground)
+        return;
+    QPainter painter(this);
+    painter.fillRect(rect(),
+                     m_model.BackColor ? ToQColor(*m_model.BackColor) : palette().window().color());
+    if (m_model.Picture)
+        painter.drawImage(QPoint(0, 0), m_pictures.value(*m_model.Picture));
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    // The window system's close request goes through the window's own closing.
+    event->ignore();
+    Unload();
+}
+
+void frmMain::Unload() {
+    if (m_unloaded)
+        return;
+    m_unloaded = true;
+    Form_Unload();
+}
+
+void frmMain::Form_Unload() {
+    m_model.Closing = true;
+    CallService(m_links.services.CloseAllHotkeys);
+    if (m_model.RememberPos) {
+        QString error;
+        if (!WritePositionFile(m_model.SkinFolder + QLatin1String("position.ini"), LeftTwips(),
+                               TopTwips(), &error))
+            MessageBox::Show(error, QStringLiteral("Error!"), MessageBox::Icon::Critical);
+    }
+    for (VbTimer* timer : findChildren<VbTimer*>()) {
+        if (timer->objectName().left(3).compare(QLatin1String("tmr"), Qt::CaseInsensitive) == 0)
+            timer->SetEnabled(false);
+    }
+    if (m_mover->IsMovingByHand())
+        releaseMouse();
+    hide();
+    // The shell counts this window still: the last one takes the menus (and maybe the program)
+    // with it.
+    if (m_links.onUnloading)
+        m_links.onUnloading(*this);
+    if (m_links.forms.Remove)
+        m_links.forms.Remove(this);
+    deleteLater();
+}
+
+} // namespace Pelorin
