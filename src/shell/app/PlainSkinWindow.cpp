@@ -3,6 +3,7 @@
 #include "FormsRegistry.h"
 #include "shell/platform/MessageBox.h"
 #include "shell/platform/PictureLoader.h"
+#include "shell/platform/WindowSystem.h"
 #include "shell/rules/TextFile.h"
 #include "shell/rules/TextRules.h"
 #include "shell/rules/VbError.h"
@@ -127,12 +128,8 @@ void PlainSkinWindow::RunAfter() {
 }
 
 bool PlainSkinWindow::EmbedInto(quint64 hostWindowId) {
-    QWindow* host = QWindow::fromWinId(static_cast<WId>(hostWindowId));
-    if (host == nullptr)
-        return false;
-    winId();
-    windowHandle()->setParent(host);
-    return true;
+    const std::unique_ptr<WindowSystem> windowSystem = CreateWindowSystem();
+    return windowSystem->ReparentInto(this, static_cast<WId>(hostWindowId));
 }
 
 void PlainSkinWindow::Unload() {

@@ -25,6 +25,10 @@ VbError VbError::InputPastEndOfFile() {
     return {InputPastEndOfFileNumber, QStringLiteral("Input past end of file")};
 }
 
+VbError VbError::PathFileAccessError() {
+    return {PathFileAccessErrorNumber, QStringLiteral("Path/File access error")};
+}
+
 VbError VbError::ControlArrayElementMissing(int index) {
     return {ControlArrayElementMissingNumber,
             QStringLiteral("Control array element '%1' doesn't exist").arg(index)};

@@ -16,6 +16,7 @@ public:
         SubscriptOutOfRangeNumber = 9,
         FileNotFoundNumber = 53,
         InputPastEndOfFileNumber = 62,
+        PathFileAccessErrorNumber = 75,
         TypeMismatchNumber = 13,
         ObjectNotSetNumber = 91,
         ControlArrayElementMissingNumber = 340,
@@ -34,6 +35,7 @@ public:
     static VbError SubscriptOutOfRange();
     static VbError FileNotFound();
     static VbError InputPastEndOfFile();
+    static VbError PathFileAccessError();
     static VbError ControlArrayElementMissing(int index);
     static VbError ObjectNotSet();
     static VbError CannotLoadFile();

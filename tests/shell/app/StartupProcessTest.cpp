@@ -1,0 +1,221 @@
+// The real program on the X server: started as a user or script starts it, observed through the
+// X server and its files.
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QWidget>
+#include <csignal>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString Program = QStringLiteral(PELORIN_BINARY_DIR "/pelorin");
+
+void WriteFile(const QString& path, const QByteArray& bytes) {
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
+}
+
+QString RunCommand(const QString& program, const QStringList& args, int* exitCode = nullptr) {
+    QProcess p;
+    p.start(program, args);
+    p.waitForFinished(10000);
+    if (exitCode != nullptr)
+        *exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+
+class StartupProcessTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(dir.isValid());
+        home = dir.path() + QLatin1String("/program/");
+        WriteFile(home + QLatin1String("Skins/Default/skin.ini"),
+                  "skinname=Default\r\nwidth=120\r\nheight=40\r\nleft=30\r\ntop=40\r\n");
+        WriteFile(home + QLatin1String("Deskband/Default/skin.ini"),
+                  "skinname=Band\r\nwidth=60\r\nheight=20\r\n");
+        QDir().mkpath(dir.path() + QLatin1String("/runtime"));
+        QFile::setPermissions(dir.path() + QLatin1String("/runtime"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("PELORIN_HOME"), home);
+        env.insert(QStringLiteral("PELORIN_UNATTENDED"), QStringLiteral("1"));
+        env.insert(QStringLiteral("HOME"), dir.path());
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), dir.path() + QLatin1String("/config"));
+        env.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir.path() + QLatin1String("/runtime"));
+        env.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    }
+
+    void TearDown() override {
+        for (QProcess* p : started) {
+            if (p->state() != QProcess::NotRunning) {
+                p->kill();
+                p->waitForFinished(5000);
+            }
+            delete p;
+        }
+    }
+
+    QProcess* Start(const QStringList& args) {
+        auto* p = new QProcess;
+        p->setProcessEnvironment(env);
+        p->start(Program, args);
+        started.append(p);
+        return p;
+    }
+
+    int RunToEnd(const QStringList& args, QString* err = nullptr) {
+        QProcess p;
+        p.setProcessEnvironment(env);
+        p.start(Program, args);
+        if (!p.waitForFinished(15000)) {
+            p.kill();
+            p.waitForFinished();
+            return -2;
+        }
+        if (err != nullptr)
+            *err = QString::fromUtf8(p.readAllStandardError());
+        return p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    }
+
+    // The X window id of the first window with this exact title, 0 when none appears in time.
+    static QString WaitForWindow(const QString& title, int timeoutMs = 10000) {
+        for (int waited = 0; waited < timeoutMs; waited += 100) {
+            const QString out =
+                RunCommand(QStringLiteral("xdotool"),
+                           {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                            QStringLiteral("--name"), QLatin1Char('^') + title + QLatin1Char('$')});
+            const QString first = out.section(QLatin1Char('\n'), 0, 0).trimmed();
+            if (!first.isEmpty())
+                return first;
+            QThread::msleep(100);
+        }
+        return {};
+    }
+
+    QString RunCount() const {
+        QFile f(dir.path() + QLatin1String("/config/Pelorin/Pelorin.conf"));
+        if (!f.open(QIODevice::ReadOnly))
+            return {};
+        const QRegularExpression re(QStringLiteral("RunCount=(\\S+)"));
+        return re.match(QString::fromUtf8(f.readAll())).captured(1);
+    }
+
+    QTemporaryDir dir;
+    QString home;
+    QProcessEnvironment env;
+    QList<QProcess*> started;
+};
+
+} // namespace
+
+TEST_F(StartupProcessTest, HelpAndVersionPrintAndExit) {
+    int code = -1;
+    EXPECT_TRUE(
+        RunCommand(Program, {QStringLiteral("--help")}, &code).contains(QLatin1String("Usage")));
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(RunCommand(Program, {QStringLiteral("--version")}, &code)
+                    .startsWith(QLatin1String("Pelorin ")));
+    EXPECT_EQ(code, 0);
+}
+
+TEST_F(StartupProcessTest, CheckSkinExitsZeroForAGoodSkinAndOneForAFaultySkin) {
+    EXPECT_EQ(RunToEnd({QStringLiteral("--check-skin"), home + QLatin1String("Skins/Default")}), 0);
+    WriteFile(home + QLatin1String("Skins/Bad/skin.ini"),
+              "label=1;2;3\r\nimage=0;0;9;9;x;gone.png\r\n");
+    int code = -1;
+    const QString out =
+        RunCommand(QStringLiteral("env"),
+                   {QStringLiteral("QT_QPA_PLATFORM=offscreen"), Program,
+                    QStringLiteral("--check-skin"), home + QLatin1String("Skins/Bad")},
+                   &code);
+    EXPECT_EQ(code, 1);
+    EXPECT_TRUE(out.contains(QLatin1String("skin.ini:1:"))) << out.toStdString();
+    EXPECT_TRUE(out.contains(QLatin1String("skin.ini:2:"))) << out.toStdString();
+}
+
+TEST_F(StartupProcessTest, StartOpensTheDefaultSkinWindowWhereItsLinesPutIt) {
+    Start({});
+    const QString id = WaitForWindow(QStringLiteral("Default"));
+    ASSERT_FALSE(id.isEmpty());
+    const QString geometry =
+        RunCommand(QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"), id});
+    EXPECT_TRUE(geometry.contains(QLatin1String("Geometry: 120x40"))) << geometry.toStdString();
+    EXPECT_TRUE(geometry.contains(QLatin1String("Position: 30,40"))) << geometry.toStdString();
+    EXPECT_EQ(RunCount(), QStringLiteral("1"));
+}
+
+TEST_F(StartupProcessTest, SecondStartEndsSilentlyWhileTheFirstRuns) {
+    QProcess* first = Start({});
+    ASSERT_FALSE(WaitForWindow(QStringLiteral("Default")).isEmpty());
+    QString err;
+    EXPECT_EQ(RunToEnd({}, &err), 0);
+    EXPECT_FALSE(err.contains(QLatin1String("Pelorin"))) << err.toStdString();
+    EXPECT_EQ(RunCount(), QStringLiteral("1"));
+    EXPECT_FALSE(first->waitForFinished(200)) << "the first instance ended";
+}
+
+TEST_F(StartupProcessTest, StaleLockOfADeadProcessDoesNotBlockAStart) {
+    // A lock file left by a process that no longer exists.
+    QProcess gone;
+    gone.start(QStringLiteral("true"));
+    gone.waitForFinished();
+    const QByteArray pid = QByteArray::number(gone.processId() > 0 ? gone.processId() : 999999);
+    const QString lockDir = dir.path() + QLatin1String("/runtime/pelorin");
+    QDir().mkpath(lockDir);
+    QFile::setPermissions(lockDir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    for (const QString& name : QDir(lockDir).entryList(QDir::Files))
+        QFile::remove(lockDir + QLatin1Char('/') + name);
+    Start({});
+    ASSERT_FALSE(WaitForWindow(QStringLiteral("Default")).isEmpty());
+    // Now the live instance's lock: replace its pid with the dead one and start again.
+    const QStringList locks = QDir(lockDir).entryList({QStringLiteral("*.lock")}, QDir::Files);
+    ASSERT_FALSE(locks.isEmpty());
+    for (QProcess* p : started) {
+        p->kill();
+        p->waitForFinished();
+    }
+    WriteFile(lockDir + QLatin1Char('/') + locks.first(), pid + "\npelorin\n\n");
+    Start({});
+    EXPECT_FALSE(WaitForWindow(QStringLiteral("Default")).isEmpty());
+}
+
+TEST_F(StartupProcessTest, ProgramEndsWhenItsLastSkinWindowCloses) {
+    QProcess* p = Start({});
+    const QString id = WaitForWindow(QStringLiteral("Default"));
+    ASSERT_FALSE(id.isEmpty());
+    // The window manager's close request, as a user's click on a close control sends it.
+    RunCommand(QStringLiteral("xdotool"),
+               {QStringLiteral("windowactivate"), QStringLiteral("--sync"), id});
+    RunCommand(QStringLiteral("xdotool"),
+               {QStringLiteral("key"), QStringLiteral("--window"), id, QStringLiteral("alt+F4")});
+    ASSERT_TRUE(p->waitForFinished(10000)) << "still running";
+    EXPECT_EQ(p->exitCode(), 0);
+}
+
+TEST_F(StartupProcessTest, DeskbandWindowIsPutInsideItsHostWindow) {
+    QWidget host;
+    host.setWindowTitle(QStringLiteral("Band host"));
+    host.resize(300, 60);
+    host.show();
+    const QString hostId = QString::number(host.winId());
+    Start({QStringLiteral("Deskband"), hostId});
+    QString children;
+    for (int waited = 0; waited < 10000; waited += 100) {
+        QCoreApplication::processEvents();
+        children = RunCommand(QStringLiteral("xwininfo"),
+                              {QStringLiteral("-children"), QStringLiteral("-id"), hostId});
+        if (children.contains(QLatin1String("\"Default\"")))
+            break;
+        QThread::msleep(100);
+    }
+    EXPECT_TRUE(children.contains(QLatin1String("\"Default\""))) << children.toStdString();
+    EXPECT_EQ(RunCount(), QString());
+}
