@@ -1,0 +1,274 @@
+#include "player/daemon/TagFile.h"
+
+#include "shell/rules/VbError.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <taglib/attachedpictureframe.h>
+#include <taglib/fileref.h>
+#include <taglib/flacfile.h>
+#include <taglib/flacpicture.h>
+#include <taglib/id3v2tag.h>
+#include <taglib/mp4file.h>
+#include <taglib/mpegfile.h>
+#include <taglib/opusfile.h>
+#include <taglib/tpropertymap.h>
+#include <taglib/vorbisfile.h>
+#include <taglib/xiphcomment.h>
+
+namespace Pelorin::TagFile {
+
+namespace {
+
+TagLib::String ToTag(const QString& text) {
+    return TagLib::String(text.toUtf8().constData(), TagLib::String::UTF8);
+}
+
+QString FromTag(const TagLib::String& text) {
+    return QString::fromUtf8(text.toCString(true));
+}
+
+QByteArray FromBytes(const TagLib::ByteVector& bytes) {
+    return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+TagLib::ByteVector ToBytes(const QByteArray& bytes) {
+    return TagLib::ByteVector(bytes.constData(), static_cast<unsigned>(bytes.size()));
+}
+
+QString MimeType(const QByteArray& picture) {
+    return picture.startsWith("\x89PNG") ? QStringLiteral("image/png")
+                                         : QStringLiteral("image/jpeg");
+}
+
+// Opens the file for reading and writing tags; throws when that is not possible.
+TagLib::FileRef Open(const QString& path) {
+    if (path.isEmpty()) {
+        throw VbError::Player(QStringLiteral("The track is not a file on this computer"));
+    }
+    if (!QFileInfo::exists(path)) {
+        throw VbError::Player(QStringLiteral("The track's file %1 does not exist").arg(path));
+    }
+    TagLib::FileRef file(QFile::encodeName(path).constData());
+    if (file.isNull() || !file.file()->isValid()) {
+        throw VbError::Player(QStringLiteral("Cannot read the tags of %1").arg(path));
+    }
+    return file;
+}
+
+void Save(TagLib::FileRef& file, const QString& path) {
+    if (file.file()->readOnly() || !file.save()) {
+        throw VbError::Player(QStringLiteral("Cannot write the tags of %1").arg(path));
+    }
+}
+
+std::unique_ptr<TagLib::FLAC::Picture> FlacPicture(const QByteArray& picture) {
+    auto result = std::make_unique<TagLib::FLAC::Picture>();
+    result->setType(TagLib::FLAC::Picture::FrontCover);
+    result->setMimeType(ToTag(MimeType(picture)));
+    result->setData(ToBytes(picture));
+    return result;
+}
+
+// Front covers first, then the rest, in the file's order.
+template <typename Picture, typename Type, typename Data>
+QList<QByteArray> Ordered(const TagLib::List<Picture>& pictures, Type frontCover, Data data) {
+    QList<QByteArray> front;
+    QList<QByteArray> others;
+    for (const Picture& picture : pictures) {
+        (picture->type() == frontCover ? front : others).append(FromBytes(data(picture)));
+    }
+    return front + others;
+}
+
+void EmbedInXiph(TagLib::Ogg::XiphComment* comment, const QByteArray& picture) {
+    if (!comment) {
+        throw VbError::Player(QStringLiteral("The file has no tag block for pictures"));
+    }
+    for (TagLib::FLAC::Picture* existing : comment->pictureList()) {
+        if (existing->type() == TagLib::FLAC::Picture::FrontCover) {
+            comment->removePicture(existing, true);
+        }
+    }
+    comment->addPicture(FlacPicture(picture).release());
+}
+
+} // namespace
+
+Facts ReadFacts(const QString& path) {
+    Facts facts;
+    if (path.isEmpty() || !QFileInfo::exists(path)) {
+        return facts;
+    }
+    const TagLib::FileRef file(QFile::encodeName(path).constData());
+    if (file.isNull()) {
+        return facts;
+    }
+    if (const TagLib::AudioProperties* audio = file.audioProperties()) {
+        facts.bitRate = audio->bitrate();
+    }
+    const TagLib::PropertyMap properties = file.file()->properties();
+    const auto value = [&properties](const char* key) {
+        const auto it = properties.find(key);
+        return it == properties.end() || it->second.isEmpty() ? QString()
+                                                              : FromTag(it->second.front());
+    };
+    facts.bpm = value("BPM").toInt();
+    const QString compilation = value("COMPILATION");
+    facts.compilation = !compilation.isEmpty() && compilation != QLatin1String("0");
+    return facts;
+}
+
+QString PropertyKey(TrackProperty property) {
+    switch (property) {
+    case TrackProperty::Name:
+        return QStringLiteral("TITLE");
+    case TrackProperty::Artist:
+        return QStringLiteral("ARTIST");
+    case TrackProperty::Album:
+        return QStringLiteral("ALBUM");
+    case TrackProperty::AlbumArtist:
+        return QStringLiteral("ALBUMARTIST");
+    case TrackProperty::Composer:
+        return QStringLiteral("COMPOSER");
+    case TrackProperty::Genre:
+        return QStringLiteral("GENRE");
+    case TrackProperty::Comment:
+        return QStringLiteral("COMMENT");
+    case TrackProperty::Grouping:
+        return QStringLiteral("GROUPING");
+    case TrackProperty::TrackNumber:
+        return QStringLiteral("TRACKNUMBER");
+    case TrackProperty::DiscNumber:
+        return QStringLiteral("DISCNUMBER");
+    case TrackProperty::Year:
+        return QStringLiteral("DATE");
+    case TrackProperty::BPM:
+        return QStringLiteral("BPM");
+    case TrackProperty::Compilation:
+        return QStringLiteral("COMPILATION");
+    default:
+        return QString();
+    }
+}
+
+void WriteProperty(const QString& path, TrackProperty property, const QString& value) {
+    const QString key = PropertyKey(property);
+    if (key.isEmpty()) {
+        throw VbError::Player(
+            QStringLiteral("%1 is not kept in the track's file").arg(TrackPropertyName(property)));
+    }
+    TagLib::FileRef file = Open(path);
+    TagLib::PropertyMap properties = file.file()->properties();
+    QStringList keys{key};
+    // The daemon reads an MP3's grouping from the content-group frame, which TagLib names
+    // CONTENTGROUP (WORK in later TagLib versions).
+    const bool mpeg = dynamic_cast<TagLib::MPEG::File*>(file.file()) != nullptr;
+    if (property == TrackProperty::Grouping && mpeg) {
+        keys << QStringLiteral("CONTENTGROUP");
+    }
+    for (const QString& name : keys) {
+        if (value.isEmpty()) {
+            properties.erase(ToTag(name));
+        } else {
+            properties.replace(ToTag(name), TagLib::StringList(ToTag(value)));
+        }
+    }
+    const TagLib::PropertyMap refused = file.file()->setProperties(properties);
+    if (refused.contains(ToTag(key))) {
+        throw VbError::Player(QStringLiteral("The file %1 cannot hold the tag %2")
+                                  .arg(path, TrackPropertyName(property)));
+    }
+    Save(file, path);
+}
+
+QList<QByteArray> Pictures(const QString& path) {
+    if (path.isEmpty() || !QFileInfo::exists(path)) {
+        return {};
+    }
+    TagLib::FileRef file(QFile::encodeName(path).constData());
+    if (file.isNull()) {
+        return {};
+    }
+    const auto flacData = [](TagLib::FLAC::Picture* picture) { return picture->data(); };
+    if (auto* flac = dynamic_cast<TagLib::FLAC::File*>(file.file())) {
+        return Ordered(flac->pictureList(), TagLib::FLAC::Picture::FrontCover, flacData);
+    }
+    if (auto* vorbis = dynamic_cast<TagLib::Ogg::Vorbis::File*>(file.file())) {
+        if (vorbis->tag()) {
+            return Ordered(vorbis->tag()->pictureList(), TagLib::FLAC::Picture::FrontCover,
+                           flacData);
+        }
+        return {};
+    }
+    if (auto* opus = dynamic_cast<TagLib::Ogg::Opus::File*>(file.file())) {
+        if (opus->tag()) {
+            return Ordered(opus->tag()->pictureList(), TagLib::FLAC::Picture::FrontCover, flacData);
+        }
+        return {};
+    }
+    if (auto* mpeg = dynamic_cast<TagLib::MPEG::File*>(file.file())) {
+        TagLib::List<TagLib::ID3v2::AttachedPictureFrame*> frames;
+        if (mpeg->hasID3v2Tag()) {
+            for (TagLib::ID3v2::Frame* frame : mpeg->ID3v2Tag()->frameList("APIC")) {
+                if (auto* picture = dynamic_cast<TagLib::ID3v2::AttachedPictureFrame*>(frame)) {
+                    frames.append(picture);
+                }
+            }
+        }
+        return Ordered(frames, TagLib::ID3v2::AttachedPictureFrame::FrontCover,
+                       [](TagLib::ID3v2::AttachedPictureFrame* frame) { return frame->picture(); });
+    }
+    if (auto* mp4 = dynamic_cast<TagLib::MP4::File*>(file.file())) {
+        QList<QByteArray> pictures;
+        if (mp4->tag() && mp4->tag()->contains("covr")) {
+            for (const TagLib::MP4::CoverArt& cover : mp4->tag()->item("covr").toCoverArtList()) {
+                pictures.append(FromBytes(cover.data()));
+            }
+        }
+        return pictures;
+    }
+    return {};
+}
+
+void EmbedFrontCover(const QString& path, const QByteArray& picture) {
+    TagLib::FileRef file = Open(path);
+    if (auto* flac = dynamic_cast<TagLib::FLAC::File*>(file.file())) {
+        for (TagLib::FLAC::Picture* existing : flac->pictureList()) {
+            if (existing->type() == TagLib::FLAC::Picture::FrontCover) {
+                flac->removePicture(existing, true);
+            }
+        }
+        flac->addPicture(FlacPicture(picture).release());
+    } else if (auto* vorbis = dynamic_cast<TagLib::Ogg::Vorbis::File*>(file.file())) {
+        EmbedInXiph(vorbis->tag(), picture);
+    } else if (auto* opus = dynamic_cast<TagLib::Ogg::Opus::File*>(file.file())) {
+        EmbedInXiph(opus->tag(), picture);
+    } else if (auto* mpeg = dynamic_cast<TagLib::MPEG::File*>(file.file())) {
+        TagLib::ID3v2::Tag* tag = mpeg->ID3v2Tag(true);
+        const TagLib::ID3v2::FrameList frames = tag->frameList("APIC");
+        for (TagLib::ID3v2::Frame* frame : frames) {
+            auto* existing = dynamic_cast<TagLib::ID3v2::AttachedPictureFrame*>(frame);
+            if (existing && existing->type() == TagLib::ID3v2::AttachedPictureFrame::FrontCover) {
+                tag->removeFrame(existing, true);
+            }
+        }
+        auto frame = std::make_unique<TagLib::ID3v2::AttachedPictureFrame>();
+        frame->setType(TagLib::ID3v2::AttachedPictureFrame::FrontCover);
+        frame->setMimeType(ToTag(MimeType(picture)));
+        frame->setPicture(ToBytes(picture));
+        tag->addFrame(frame.release());
+    } else if (auto* mp4 = dynamic_cast<TagLib::MP4::File*>(file.file())) {
+        const TagLib::MP4::CoverArt::Format format = MimeType(picture) == QLatin1String("image/png")
+                                                         ? TagLib::MP4::CoverArt::PNG
+                                                         : TagLib::MP4::CoverArt::JPEG;
+        TagLib::MP4::CoverArtList covers;
+        covers.append(TagLib::MP4::CoverArt(format, ToBytes(picture)));
+        mp4->tag()->setItem("covr", covers);
+    } else {
+        throw VbError::Player(QStringLiteral("The file %1 cannot hold pictures").arg(path));
+    }
+    Save(file, path);
+}
+
+} // namespace Pelorin::TagFile
