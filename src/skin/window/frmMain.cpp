@@ -13,6 +13,7 @@
 #include "shell/rules/VbError.h"
 #include "shell/settings/PositionFile.h"
 #include "skin/SkinLineProcessor.h"
+#include "skin/SkinLint.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -151,9 +152,7 @@ void frmMain::LoadSkin(const QString& skinFile, const QString& path) {
             throw VbError(VbError::FileNotFoundNumber, readError);
         if (!content.HasCR && !content.Lines.isEmpty() && !content.Lines.first().isEmpty())
             std::fprintf(stderr, "%s\n",
-                         qPrintable(QStringLiteral("%1: no CR line ends; the whole file reads as "
-                                                   "one line (save it with CR LF line ends)")
-                                        .arg(skinFile)));
+                         qPrintable(skinFile + QLatin1String(": ") + SkinFileNoCrWarning()));
         ProcessLines(
             m_model, content.Lines, path, *this,
             [](const SkinLineFault& fault) { ShowLineError(fault.Error, fault.Line); },
