@@ -11,16 +11,16 @@ namespace Pelorin::SkinArt {
 
 namespace {
 
-QImage Canvas(QSize size) {
-    QImage image(size * Scale, QImage::Format_ARGB32_Premultiplied);
+QImage Canvas(QSize size, int scale = Scale) {
+    QImage image(size * scale, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     return image;
 }
 
 // A painter that draws in the element's own pixels, antialiased.
-void Prepare(QPainter& painter) {
+void Prepare(QPainter& painter, int scale = Scale) {
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(Scale, Scale);
+    painter.scale(scale, scale);
 }
 
 QRectF Square(QSize size) {
@@ -159,9 +159,10 @@ QImage ProgressBar(QSize size) {
 }
 
 QImage Background(const Body& body) {
-    QImage image = Canvas(body.Size);
+    // The window draws its background picture pixel for pixel, not stretched.
+    QImage image = Canvas(body.Size, 1);
     QPainter painter(&image);
-    Prepare(painter);
+    Prepare(painter, 1);
     const QRectF frame(0, 0, body.Size.width(), body.Size.height());
     const double radius = body.CornerRadius;
 
@@ -180,8 +181,8 @@ QImage Background(const Body& body) {
     painter.drawRoundedRect(frame, radius, radius);
 
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(Palette::Edge(), 1.0 / Scale));
-    const double inset = 0.5 / Scale;
+    painter.setPen(QPen(Palette::Edge(), 1.0));
+    const double inset = 0.5;
     painter.drawRoundedRect(frame.adjusted(inset, inset, -inset, -inset), radius, radius);
 
     painter.setPen(Qt::NoPen);

@@ -9,8 +9,9 @@
 
 namespace Pelorin::SkinArt {
 
-// Pictures are drawn at twice the size of the element that shows them: the skin window stretches
-// a picture to its element, so they stay sharp on high-density screens and lose nothing at 1:1.
+// Element pictures are drawn at twice the size of the element that shows them: the skin window
+// stretches them to their element, so they stay sharp on high-density screens and lose nothing at
+// 1:1. The background is the exception (see Background).
 inline constexpr int Scale = 2;
 
 enum class ButtonState { Normal, Hover, Pressed };
@@ -33,6 +34,7 @@ struct Body {
     QList<QRect> Grooves;
     QList<QRect> ArtworkWells;
 };
+// At the window's own size: the window draws its background picture unscaled.
 QImage Background(const Body& body);
 
 } // namespace Pelorin::SkinArt
