@@ -70,6 +70,7 @@ frmMain::frmMain(Links links)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setFocusPolicy(Qt::StrongFocus);
     resize(DefaultWidth, DefaultHeight);
+    m_placedAt = pos();
     m_windowSystem = m_links.windowSystem;
     if (m_windowSystem == nullptr) {
         m_ownWindowSystem = CreateWindowSystem();
@@ -228,6 +229,9 @@ void frmMain::ApplyWindowSettings() {
         r.setHeight(std::clamp(*g.Height, 1, MaxWindowExtent));
     if (r != geometry())
         setGeometry(r);
+    m_placedAt = r.topLeft();
+    // A hidden window gets its resize event only when shown; the lines follow at once.
+    UpdateBorderLines();
     if (m_model.TransparentBackground && !testAttribute(Qt::WA_TranslucentBackground))
         setAttribute(Qt::WA_TranslucentBackground);
     update();

@@ -174,6 +174,8 @@ private:
     void tmr_Timer(int index);
     void ImagePress(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint pos);
     void CallService(const std::function<void(frmMain&)>& service);
+    void MoveTo(QPoint position);
+    void ResyncPositionAfterMapping();
     EffectPacing& Pacing();
 
     Links m_links;
@@ -187,6 +189,10 @@ private:
     DesktopPlacement m_lastPlacement;
     bool m_unloaded = false;
     bool m_activatedOnce = false;
+    // Where the window last placed itself, and whether the user has moved it since.
+    QPoint m_placedAt;
+    bool m_movedByUser = false;
+    bool m_mappedOnce = false;
 
     std::vector<SkinLabelControl*> m_lblInfo{nullptr};
     std::vector<PictureBox*> m_img{nullptr};

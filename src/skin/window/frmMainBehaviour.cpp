@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTimer>
 #include <QWindow>
 #include <cstdio>
 
@@ -45,11 +46,27 @@ int ButtonNumber(Qt::MouseButton button) {
 } // namespace
 
 void frmMain::SetLeftTwips(double twips) {
-    move(Rules::TwipsToPixels(twips), y());
+    MoveTo(QPoint(Rules::TwipsToPixels(twips), y()));
 }
 
 void frmMain::SetTopTwips(double twips) {
-    move(x(), Rules::TwipsToPixels(twips));
+    MoveTo(QPoint(x(), Rules::TwipsToPixels(twips)));
+}
+
+void frmMain::MoveTo(QPoint position) {
+    m_placedAt = position;
+    move(position);
+}
+
+void frmMain::ResyncPositionAfterMapping() {
+    // A frameless tool window mapped under a reparenting window manager sometimes keeps Qt's
+    // idea of its position at the frame's corner (0, 0) while the window sits where it was
+    // placed; position.ini would then remember the wrong place. Asking for the place again
+    // makes the window manager report it.
+    if (m_unloaded || m_movedByUser || !isVisible() || pos() == m_placedAt)
+        return;
+    move(m_placedAt + QPoint(1, 0));
+    move(m_placedAt);
 }
 
 double frmMain::LeftTwips() const {
@@ -139,6 +156,7 @@ void frmMain::SetLayeredAlpha(int alpha) {
 
 void frmMain::SetWindowTopAndHeight(int top, int height) {
     // A window cannot be less than a pixel high; the slide starts from a line.
+    m_placedAt = QPoint(x(), top);
     setGeometry(x(), top, width(), std::max(1, height));
 }
 
@@ -165,6 +183,7 @@ void frmMain::StartMoveWindow() {
 }
 
 void frmMain::MoveWindow(QPoint pressGlobal) {
+    m_movedByUser = true;
     m_mover->StartMove(pressGlobal);
 }
 
@@ -200,6 +219,11 @@ void frmMain::tmr_Timer(int index) {
 bool frmMain::event(QEvent* event) {
     if (event->type() == QEvent::WindowActivate)
         Form_Activate();
+    if (event->type() == QEvent::Show && !m_mappedOnce) {
+        m_mappedOnce = true;
+        for (const int delay : {0, 100, 300, 1000})
+            QTimer::singleShot(delay, this, &frmMain::ResyncPositionAfterMapping);
+    }
     return QWidget::event(event);
 }
 
