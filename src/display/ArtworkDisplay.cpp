@@ -1,0 +1,51 @@
+#include "display/ArtworkDisplay.h"
+
+#include "display/DisplayHost.h"
+#include "display/DisplayPlayer.h"
+#include "shell/platform/PictureLoader.h"
+#include "shell/settings/ProgramPaths.h"
+
+#include <cstdio>
+
+namespace Pelorin {
+
+ArtworkDisplay::ArtworkDisplay(DisplayHost& host) : m_host(host) {}
+
+QString ArtworkDisplay::ArtworkFile() {
+    QString error;
+    const QString folder = ProgramPaths::TemporaryFolder(&error);
+    if (folder.isEmpty()) {
+        const QByteArray line =
+            (QStringLiteral("Pelorin: no temporary folder for the artwork: ") + error)
+                .toLocal8Bit();
+        std::fprintf(stderr, "%s\n", line.constData());
+        std::fflush(stderr);
+        throw VbError::PathFileAccessError();
+    }
+    return folder + QStringLiteral("tempart.jpg");
+}
+
+void ArtworkDisplay::ShowArtworkIn(int index) {
+    if (m_host.iTunesIsNothing(true))
+        return;
+    const auto track = DisplayPlayer::CurrentTrack(DisplayPlayer::Player(m_host));
+    const auto artwork = track->Artwork();
+    if (!artwork)
+        throw VbError::ObjectNotSet();
+    if (artwork->Count() == 0) {
+        m_host.SetImageArtwork(index, QImage());
+        return;
+    }
+    const QString file = ArtworkFile();
+    const int trackId = track->TrackDatabaseID();
+    if (trackId != m_lastArtworkTrack) {
+        const auto first = artwork->Item(1);
+        if (!first)
+            throw VbError::ObjectNotSet();
+        first->SaveArtworkToFile(file);
+        m_lastArtworkTrack = trackId;
+    }
+    m_host.SetImageArtwork(index, LoadPicture(file));
+}
+
+} // namespace Pelorin

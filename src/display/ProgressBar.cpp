@@ -1,0 +1,106 @@
+#include "display/ProgressBar.h"
+
+#include "display/DisplayHost.h"
+#include "display/DisplayPlayer.h"
+#include "display/TagTemplate.h"
+#include "shell/platform/MessageBox.h"
+#include "shell/rules/TextRules.h"
+#include "skin/SkinModel.h"
+
+#include <algorithm>
+#include <exception>
+
+namespace Pelorin {
+
+namespace {
+
+// Whole seconds from the track's length text, as everything that measures the track reads it.
+int TrackSeconds(IITTrack& track) {
+    return Rules::Seconds(track.Time());
+}
+
+} // namespace
+
+ProgressBar::ProgressBar(DisplayHost& host) : m_host(host) {}
+
+void ProgressBar::tmrProgress_Timer(bool hasTimeLabels) {
+    try {
+        if (m_host.Model().Closing) {
+            m_host.Unload();
+            return;
+        }
+        if (m_host.iTunesIsNothing(true))
+            return;
+        if (hasTimeLabels)
+            UpdateRunningTimeLabels();
+        IiTunes& player = DisplayPlayer::Player(m_host);
+        const int length = TrackSeconds(*DisplayPlayer::CurrentTrack(player));
+        if (length == 0) {
+            m_host.SetProgressWidth(0);
+            return;
+        }
+        const double fullWidth = Rules::LeadingNumber(m_host.Model().imgProgress.Tag);
+        // No clamp: a position beyond the length draws the bar beyond its full width.
+        m_host.SetProgressWidth(
+            static_cast<float>(static_cast<double>(player.PlayerPosition()) / length * fullWidth));
+    } catch (const std::exception&) {
+        // A tick that fails leaves the display as it was; the next tick tries again.
+    }
+}
+
+void ProgressBar::UpdateRunningTimeLabels() {
+    SkinModel& model = m_host.Model();
+    for (int i = 1; i <= model.LabelCount(); ++i) {
+        // The raw template, compared exactly: other placeholders of a running-time label show
+        // literally, and "[currentposition]" marks a time label without being replaced.
+        const QString tag = model.lblInfo[static_cast<std::size_t>(i)].Tag;
+        if (TagTemplate::HasCurrentPosition(tag)) {
+            IiTunes& player = DisplayPlayer::Player(m_host);
+            const auto milliseconds =
+                Rules::ToInt32(static_cast<double>(player.PlayerPosition()) * 1000);
+            m_host.SetLabelCaption(i, TagTemplate::CurrentPositionCaption(tag, milliseconds));
+        }
+        if (TagTemplate::HasCurrentRemaining(tag)) {
+            IiTunes& player = DisplayPlayer::Player(m_host);
+            const int length = TrackSeconds(*DisplayPlayer::CurrentTrack(player));
+            const auto milliseconds =
+                Rules::ToInt32((static_cast<double>(length) - player.PlayerPosition()) * 1000);
+            m_host.SetLabelCaption(i, TagTemplate::CurrentRemainingCaption(tag, milliseconds));
+        }
+    }
+}
+
+void ProgressBar::imgProgress_MouseDown(Qt::MouseButtons button, double x) {
+    m_host.RunInterActionCode();
+    imgProgress_MouseMove(button, x);
+}
+
+void ProgressBar::imgProgress_MouseMove(Qt::MouseButtons buttons, double x) {
+    if (buttons != Qt::LeftButton)
+        return;
+    try {
+        Seek(x);
+    } catch (const VbError& error) {
+        MessageBox::Show(error.description(), QStringLiteral("Error!"), MessageBox::Icon::Critical);
+    }
+}
+
+void ProgressBar::Seek(double x) {
+    const double fullWidth = Rules::LeadingNumber(m_host.Model().imgProgress.Tag);
+    if (fullWidth < 0)
+        return;
+    const int pixels = Rules::ToInt16(x);
+    if (m_host.iTunesIsNothing(true))
+        return;
+    // A bar of no width has no place to point at.
+    if (fullWidth == 0)
+        return;
+    IiTunes& player = DisplayPlayer::Player(m_host);
+    const int length = TrackSeconds(*DisplayPlayer::CurrentTrack(player));
+    // A drag may leave the bar on either side; the player takes only positions within the track.
+    const double seconds =
+        std::clamp(length * (pixels / fullWidth), 0.0, static_cast<double>(std::max(length, 0)));
+    player.SetPlayerPosition(Rules::ToInt32(seconds));
+}
+
+} // namespace Pelorin

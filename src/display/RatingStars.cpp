@@ -1,0 +1,64 @@
+#include "display/RatingStars.h"
+
+#include "display/DisplayHost.h"
+#include "display/DisplayPlayer.h"
+#include "shell/platform/MessageBox.h"
+#include "shell/platform/PictureLoader.h"
+#include "shell/rules/FileNames.h"
+#include "shell/rules/TextRules.h"
+#include "skin/SkinModel.h"
+
+namespace Pelorin {
+
+namespace {
+
+double NumberOf(const QStringList& fields, qsizetype index) {
+    return Rules::LeadingNumber(Rules::Field(fields, index));
+}
+
+} // namespace
+
+RatingStars::RatingStars(DisplayHost& host) : m_host(host) {}
+
+void RatingStars::ShowRatings() {
+    const SkinModel& model = m_host.Model();
+    if (model.RatingsSpec.isEmpty())
+        return;
+    const QStringList fields = Rules::SplitFields(model.RatingsSpec);
+    for (int k = 0; k < StarCount; ++k) {
+        const double left = NumberOf(fields, 0) + k * NumberOf(fields, 2) + k * NumberOf(fields, 4);
+        const QRect geometry(Rules::ToInt32(left), Rules::ToInt32(NumberOf(fields, 1)),
+                             Rules::ToInt32(NumberOf(fields, 2)),
+                             Rules::ToInt32(NumberOf(fields, 3)));
+        QImage picture;
+        const QString& unlit = Rules::Field(fields, 5);
+        if (unlit != u"NONE") {
+            const int rating = DisplayPlayer::CurrentTrack(DisplayPlayer::Player(m_host))->Rating();
+            const bool lit = k < rating / 20.0;
+            const QString& name = lit ? Rules::Field(fields, 6) : unlit;
+            picture = LoadPicture(FileNames::InFolder(model.SkinFolder, name));
+        }
+        m_host.SetRatingStar(k, geometry, picture);
+    }
+}
+
+void RatingStars::imgRatings_Click(int index) {
+    if (index < 0 || index >= StarCount)
+        return;
+    try {
+        if (m_host.iTunesIsNothing(true))
+            return;
+        IiTunes* player = m_host.iTunesApp();
+        if (player == nullptr)
+            throw VbError::ObjectNotSet();
+        DisplayPlayer::CurrentTrack(*player)->SetRating((index + 1) * 20);
+    } catch (const VbError& error) {
+        MessageBox::Show(error.description(), QStringLiteral("Error!"), MessageBox::Icon::Critical);
+    }
+}
+
+void RatingStars::imgRatings_MouseDown(int /*index*/) {
+    m_host.RunInterActionCode();
+}
+
+} // namespace Pelorin

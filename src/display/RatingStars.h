@@ -1,0 +1,30 @@
+#pragma once
+
+namespace Pelorin {
+
+class DisplayHost;
+
+// The five rating stars (imgRatings(0) to imgRatings(4)) that the skin's "ratingscontrol" line
+// places: they show the current track's rating and set it when clicked.
+class RatingStars {
+public:
+    static constexpr int StarCount = 5;
+
+    explicit RatingStars(DisplayHost& host);
+
+    // Places the stars and shows the rating: star k is lit when k is less than rating / 20, so a
+    // rating of 50 lights three. With the unlit picture named "NONE" (exactly) the stars are
+    // empty click areas. Throws VbError (a missing field, a picture that does not load).
+    void ShowRatings();
+
+    // A click on star `index` rates the current track (index + 1) * 20; the display follows when
+    // the player reports the change. An index outside 0..4 does nothing.
+    void imgRatings_Click(int index);
+    // A press on a star counts as an interaction.
+    void imgRatings_MouseDown(int index);
+
+private:
+    DisplayHost& m_host;
+};
+
+} // namespace Pelorin

@@ -1,0 +1,106 @@
+#include "display/TagTemplate.h"
+
+#include "display/TimeText.h"
+#include "shell/rules/TextRules.h"
+
+namespace Pelorin {
+
+namespace {
+
+const QString& CurrentPositionText() {
+    static const QString text = QStringLiteral("[CurrentPosition]");
+    return text;
+}
+
+const QString& CurrentRemainingText() {
+    static const QString text = QStringLiteral("[CurrentRemaining]");
+    return text;
+}
+
+} // namespace
+
+QString TagTemplate::Text(Placeholder placeholder) {
+    switch (placeholder) {
+    case Placeholder::Artist:
+        return QStringLiteral("[Artist]");
+    case Placeholder::Title:
+        return QStringLiteral("[Title]");
+    case Placeholder::Album:
+        return QStringLiteral("[Album]");
+    case Placeholder::Time:
+        return QStringLiteral("[Time]");
+    case Placeholder::PlayCount:
+        return QStringLiteral("[PlayCount]");
+    case Placeholder::BitRate:
+        return QStringLiteral("[BitRate]");
+    case Placeholder::BPM:
+        return QStringLiteral("[BPM]");
+    case Placeholder::Comment:
+        return QStringLiteral("[Comment]");
+    case Placeholder::Compilation:
+        return QStringLiteral("[Compilation]");
+    case Placeholder::Composer:
+        return QStringLiteral("[Composer]");
+    case Placeholder::Genre:
+        return QStringLiteral("[Genre]");
+    case Placeholder::Rating:
+        return QStringLiteral("[Rating]");
+    case Placeholder::TrackNumber:
+        return QStringLiteral("[TrackNumber]");
+    case Placeholder::Year:
+        return QStringLiteral("[Year]");
+    case Placeholder::CurrentPlaylistName:
+        return QStringLiteral("[CurrentPlaylistName]");
+    case Placeholder::CurrentPlaylistTracks:
+        return QStringLiteral("[CurrentPlaylistTracks]");
+    case Placeholder::CurrentPlaylistDuration:
+        return QStringLiteral("[CurrentPlaylistDuration]");
+    case Placeholder::CurrentPosition:
+        return CurrentPositionText();
+    case Placeholder::CurrentRemaining:
+        return CurrentRemainingText();
+    }
+    return QString();
+}
+
+bool TagTemplate::IsPlaylistPlaceholder(Placeholder placeholder) {
+    return placeholder == Placeholder::CurrentPlaylistName ||
+           placeholder == Placeholder::CurrentPlaylistTracks ||
+           placeholder == Placeholder::CurrentPlaylistDuration;
+}
+
+void TagTemplate::Fill(QString& caption, TrackValues& values) {
+    for (int row = 0; row < PlaceholderCount; ++row) {
+        const auto placeholder = static_cast<Placeholder>(row);
+        if (IsPlaylistPlaceholder(placeholder) && !values.HasCurrentPlaylist())
+            continue;
+        // The value is read whether or not the caption holds the placeholder, so a failing
+        // read ends the refresh at the same place for every template.
+        const QString value = values.Value(placeholder);
+        caption.replace(Text(placeholder), value, Qt::CaseInsensitive);
+    }
+}
+
+bool TagTemplate::HasRunningTime(const QString& tag) {
+    return HasCurrentPosition(tag) || HasCurrentRemaining(tag);
+}
+
+bool TagTemplate::HasCurrentPosition(const QString& tag) {
+    return Rules::ContainsIgnoringCase(tag, CurrentPositionText());
+}
+
+bool TagTemplate::HasCurrentRemaining(const QString& tag) {
+    return Rules::ContainsIgnoringCase(tag, CurrentRemainingText());
+}
+
+QString TagTemplate::CurrentPositionCaption(const QString& tag, std::int32_t milliseconds) {
+    QString caption = tag;
+    return caption.replace(CurrentPositionText(), ConvertToTime(milliseconds), Qt::CaseSensitive);
+}
+
+QString TagTemplate::CurrentRemainingCaption(const QString& tag, std::int32_t milliseconds) {
+    QString caption = tag;
+    return caption.replace(CurrentRemainingText(), ConvertToTime(milliseconds), Qt::CaseSensitive);
+}
+
+} // namespace Pelorin
