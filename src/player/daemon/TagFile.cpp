@@ -2,6 +2,7 @@
 
 #include "shell/rules/VbError.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <taglib/attachedpictureframe.h>
@@ -59,6 +60,25 @@ TagLib::FileRef Open(const QString& path) {
 void Save(TagLib::FileRef& file, const QString& path) {
     if (file.file()->readOnly() || !file.save()) {
         throw VbError::Player(QStringLiteral("Cannot write the tags of %1").arg(path));
+    }
+}
+
+// Opens the file, lets `edit` change it, saves and closes it, then makes sure the file's time
+// moved on: the daemon rescans a file only when its modification time (in whole seconds)
+// differs from the one it saw last, so a second edit within the same second would go unseen.
+// The time is set only after the file is closed, because closing flushes the last bytes.
+template <typename Edit> void EditFile(const QString& path, Edit edit) {
+    const QDateTime before = QFileInfo(path).lastModified();
+    {
+        TagLib::FileRef file = Open(path);
+        edit(file);
+        Save(file, path);
+    }
+    if (QFileInfo(path).lastModified().toSecsSinceEpoch() <= before.toSecsSinceEpoch()) {
+        QFile written(path);
+        if (written.open(QIODevice::ReadWrite)) {
+            written.setFileTime(before.addSecs(1), QFileDevice::FileModificationTime);
+        }
     }
 }
 
@@ -158,28 +178,28 @@ void WriteProperty(const QString& path, TrackProperty property, const QString& v
         throw VbError::Player(
             QStringLiteral("%1 is not kept in the track's file").arg(TrackPropertyName(property)));
     }
-    TagLib::FileRef file = Open(path);
-    TagLib::PropertyMap properties = file.file()->properties();
-    QStringList keys{key};
-    // The daemon reads an MP3's grouping from the content-group frame, which TagLib names
-    // CONTENTGROUP (WORK in later TagLib versions).
-    const bool mpeg = dynamic_cast<TagLib::MPEG::File*>(file.file()) != nullptr;
-    if (property == TrackProperty::Grouping && mpeg) {
-        keys << QStringLiteral("CONTENTGROUP");
-    }
-    for (const QString& name : keys) {
-        if (value.isEmpty()) {
-            properties.erase(ToTag(name));
-        } else {
-            properties.replace(ToTag(name), TagLib::StringList(ToTag(value)));
+    EditFile(path, [&](TagLib::FileRef& file) {
+        TagLib::PropertyMap properties = file.file()->properties();
+        QStringList keys{key};
+        // The daemon reads an MP3's grouping from the content-group frame, which TagLib names
+        // CONTENTGROUP (WORK in later TagLib versions).
+        const bool mpeg = dynamic_cast<TagLib::MPEG::File*>(file.file()) != nullptr;
+        if (property == TrackProperty::Grouping && mpeg) {
+            keys << QStringLiteral("CONTENTGROUP");
         }
-    }
-    const TagLib::PropertyMap refused = file.file()->setProperties(properties);
-    if (refused.contains(ToTag(key))) {
-        throw VbError::Player(QStringLiteral("The file %1 cannot hold the tag %2")
-                                  .arg(path, TrackPropertyName(property)));
-    }
-    Save(file, path);
+        for (const QString& name : keys) {
+            if (value.isEmpty()) {
+                properties.erase(ToTag(name));
+            } else {
+                properties.replace(ToTag(name), TagLib::StringList(ToTag(value)));
+            }
+        }
+        const TagLib::PropertyMap refused = file.file()->setProperties(properties);
+        if (refused.contains(ToTag(key))) {
+            throw VbError::Player(QStringLiteral("The file %1 cannot hold the tag %2")
+                                      .arg(path, TrackPropertyName(property)));
+        }
+    });
 }
 
 QList<QByteArray> Pictures(const QString& path) {
@@ -232,43 +252,44 @@ QList<QByteArray> Pictures(const QString& path) {
 }
 
 void EmbedFrontCover(const QString& path, const QByteArray& picture) {
-    TagLib::FileRef file = Open(path);
-    if (auto* flac = dynamic_cast<TagLib::FLAC::File*>(file.file())) {
-        for (TagLib::FLAC::Picture* existing : flac->pictureList()) {
-            if (existing->type() == TagLib::FLAC::Picture::FrontCover) {
-                flac->removePicture(existing, true);
+    EditFile(path, [&](TagLib::FileRef& file) {
+        if (auto* flac = dynamic_cast<TagLib::FLAC::File*>(file.file())) {
+            for (TagLib::FLAC::Picture* existing : flac->pictureList()) {
+                if (existing->type() == TagLib::FLAC::Picture::FrontCover) {
+                    flac->removePicture(existing, true);
+                }
             }
-        }
-        flac->addPicture(FlacPicture(picture).release());
-    } else if (auto* vorbis = dynamic_cast<TagLib::Ogg::Vorbis::File*>(file.file())) {
-        EmbedInXiph(vorbis->tag(), picture);
-    } else if (auto* opus = dynamic_cast<TagLib::Ogg::Opus::File*>(file.file())) {
-        EmbedInXiph(opus->tag(), picture);
-    } else if (auto* mpeg = dynamic_cast<TagLib::MPEG::File*>(file.file())) {
-        TagLib::ID3v2::Tag* tag = mpeg->ID3v2Tag(true);
-        const TagLib::ID3v2::FrameList frames = tag->frameList("APIC");
-        for (TagLib::ID3v2::Frame* frame : frames) {
-            auto* existing = dynamic_cast<TagLib::ID3v2::AttachedPictureFrame*>(frame);
-            if (existing && existing->type() == TagLib::ID3v2::AttachedPictureFrame::FrontCover) {
-                tag->removeFrame(existing, true);
+            flac->addPicture(FlacPicture(picture).release());
+        } else if (auto* vorbis = dynamic_cast<TagLib::Ogg::Vorbis::File*>(file.file())) {
+            EmbedInXiph(vorbis->tag(), picture);
+        } else if (auto* opus = dynamic_cast<TagLib::Ogg::Opus::File*>(file.file())) {
+            EmbedInXiph(opus->tag(), picture);
+        } else if (auto* mpeg = dynamic_cast<TagLib::MPEG::File*>(file.file())) {
+            TagLib::ID3v2::Tag* tag = mpeg->ID3v2Tag(true);
+            const TagLib::ID3v2::FrameList frames = tag->frameList("APIC");
+            for (TagLib::ID3v2::Frame* frame : frames) {
+                auto* existing = dynamic_cast<TagLib::ID3v2::AttachedPictureFrame*>(frame);
+                if (existing &&
+                    existing->type() == TagLib::ID3v2::AttachedPictureFrame::FrontCover) {
+                    tag->removeFrame(existing, true);
+                }
             }
+            auto frame = std::make_unique<TagLib::ID3v2::AttachedPictureFrame>();
+            frame->setType(TagLib::ID3v2::AttachedPictureFrame::FrontCover);
+            frame->setMimeType(ToTag(MimeType(picture)));
+            frame->setPicture(ToBytes(picture));
+            tag->addFrame(frame.release());
+        } else if (auto* mp4 = dynamic_cast<TagLib::MP4::File*>(file.file())) {
+            const TagLib::MP4::CoverArt::Format format =
+                MimeType(picture) == QLatin1String("image/png") ? TagLib::MP4::CoverArt::PNG
+                                                                : TagLib::MP4::CoverArt::JPEG;
+            TagLib::MP4::CoverArtList covers;
+            covers.append(TagLib::MP4::CoverArt(format, ToBytes(picture)));
+            mp4->tag()->setItem("covr", covers);
+        } else {
+            throw VbError::Player(QStringLiteral("The file %1 cannot hold pictures").arg(path));
         }
-        auto frame = std::make_unique<TagLib::ID3v2::AttachedPictureFrame>();
-        frame->setType(TagLib::ID3v2::AttachedPictureFrame::FrontCover);
-        frame->setMimeType(ToTag(MimeType(picture)));
-        frame->setPicture(ToBytes(picture));
-        tag->addFrame(frame.release());
-    } else if (auto* mp4 = dynamic_cast<TagLib::MP4::File*>(file.file())) {
-        const TagLib::MP4::CoverArt::Format format = MimeType(picture) == QLatin1String("image/png")
-                                                         ? TagLib::MP4::CoverArt::PNG
-                                                         : TagLib::MP4::CoverArt::JPEG;
-        TagLib::MP4::CoverArtList covers;
-        covers.append(TagLib::MP4::CoverArt(format, ToBytes(picture)));
-        mp4->tag()->setItem("covr", covers);
-    } else {
-        throw VbError::Player(QStringLiteral("The file %1 cannot hold pictures").arg(path));
-    }
-    Save(file, path);
+    });
 }
 
 } // namespace Pelorin::TagFile
