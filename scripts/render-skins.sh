@@ -5,10 +5,13 @@
 #   scripts/render-skins.sh [BUILD_DIR]      (default: build)
 #
 # Each skin opens on a private Xvfb screen managed by openbox, from a temporary copy of the
-# program folder (so no position.ini or setting of yours is touched, and none is left behind),
-# without a player. The screen's background is a key colour that becomes transparent in the PNG,
-# so rounded corners come out clear.
-# Needs: xvfb, openbox, xdotool, x11-xserver-utils (xsetroot), imagemagick.
+# program folder and a temporary user (so no position.ini or setting of yours is touched, and none
+# is left behind). When the build has tools/make-demo-library and mpd and mpc are installed, the
+# skins show a track of the demo library playing silently on a private player (scripts/demo.sh);
+# otherwise they open without a player. PELORIN_RENDER_PLAYER=none skips the player.
+# The screen's background is a key colour that becomes transparent in the PNG, so rounded corners
+# come out clear.
+# Needs: xvfb, openbox, xdotool, x11-xserver-utils (xsetroot), imagemagick; mpd and mpc optional.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -72,7 +75,9 @@ done
 
 WORK=$(mktemp -d)
 xvfb_pid=''
+demo_started=''
 cleanup() {
+    [[ -n $demo_started ]] && "$here/demo.sh" --stop >/dev/null 2>&1 || true
     [[ -n $xvfb_pid ]] && kill "$xvfb_pid" 2>/dev/null || true
     rm -rf "$WORK"
 }
@@ -90,6 +95,22 @@ export PELORIN_UNATTENDED=1 QT_QPA_PLATFORM=xcb
 # A player address where none listens: Pelorin then starts no player of its own.
 export MPD_HOST=$WORK/no-player.socket
 export PELORIN WORK
+
+# The demo library on a private, silent player, a third of the way into its fourth track.
+if [[ ${PELORIN_RENDER_PLAYER:-demo} != none && -x $build/tools/make-demo-library ]] &&
+    command -v mpd >/dev/null && command -v mpc >/dev/null; then
+    if PELORIN_DEMO_OUTPUT=null "$here/demo.sh" "$build" >"$WORK/demo.log" 2>&1; then
+        demo_started=1
+        MPD_HOST=$(sed -n 's/^MPD_HOST=//p' "$WORK/demo.log" | tail -n 1)
+        mpc -q -h "$MPD_HOST" play 4 && mpc -q -h "$MPD_HOST" seek 33% || true
+        echo "render-skins: the skins show the demo library"
+    else
+        echo "render-skins: the demo player did not start; rendering without a player:" >&2
+        tail -n 5 "$WORK/demo.log" >&2
+    fi
+else
+    echo "render-skins: rendering without a player"
+fi
 
 Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$WORK/display" 2>"$WORK/xvfb.log" &
 xvfb_pid=$!
