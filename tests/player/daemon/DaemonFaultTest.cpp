@@ -71,11 +71,11 @@ private:
 };
 
 std::unique_ptr<DaemonPlayer> PlayerAt(const QString& host, bool running = true,
-                                       const QString& password = QString()) {
+                                       const QString& password = QString(), int timeoutMs = 500) {
     DaemonPlayer::Options options;
     options.address.host = host;
     options.address.password = password;
-    options.timeoutMs = 500;
+    options.timeoutMs = timeoutMs;
     options.isPlayerRunning = [running] { return running; };
     return std::make_unique<DaemonPlayer>(options);
 }
@@ -138,7 +138,7 @@ TEST(DaemonPassword, WrongPasswordIsRefusedWithTheDaemonsMessage) {
     PlayerDaemonFixture daemon(options);
     const QString started = daemon.Start();
     ASSERT_TRUE(started.isEmpty()) << started.toStdString();
-    auto wrong = PlayerAt(daemon.SocketPath(), true, QStringLiteral("wrong"));
+    auto wrong = PlayerAt(daemon.SocketPath(), true, QStringLiteral("wrong"), 2000);
     try {
         wrong->Play();
         FAIL() << "no error";
@@ -146,7 +146,7 @@ TEST(DaemonPassword, WrongPasswordIsRefusedWithTheDaemonsMessage) {
         EXPECT_TRUE(error.description().contains(QLatin1String("password")))
             << error.description().toStdString();
     }
-    auto right = PlayerAt(daemon.SocketPath(), true, QStringLiteral("secret"));
+    auto right = PlayerAt(daemon.SocketPath(), true, QStringLiteral("secret"), 2000);
     EXPECT_NO_THROW(right->SoundVolume());
 }
 
