@@ -4,18 +4,20 @@
 #include "FormsRegistry.h"
 #include "InstanceLock.h"
 #include "MenusForm.h"
-#include "PlainSkinWindow.h"
 #include "PlayerControl.h"
 #include "Shell.h"
 #include "shell/platform/PictureLoader.h"
+#include "shell/platform/WindowSystem.h"
 #include "shell/settings/ProgramPaths.h"
 #include "shell/settings/Settings.h"
 #include "skin/SkinLint.h"
+#include "skin/window/frmMain.h"
 
 #include <QApplication>
 #include <QTextStream>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 namespace Pelorin {
 
@@ -36,17 +38,30 @@ const char* const Usage =
     "Environment: PELORIN_HOME (program folder), PELORIN_UNATTENDED=1 (message boxes on\n"
     "stderr only), MPD_HOST and MPD_PORT (the player).\n";
 
+// Creates the skin windows (frmMain), registered in the open-forms registry and sharing one
+// window system. The parts of the program that a skin window calls into and that are not built
+// yet stay empty in the services: the window works without them.
 class SkinWindows final : public SkinWindowFactory {
 public:
-    explicit SkinWindows(FormsRegistry& forms) : m_forms(forms) {}
-    void SetUnloadingHandler(PlainSkinWindow::UnloadingHandler handler) {
+    explicit SkinWindows(FormsRegistry& forms)
+        : m_forms(forms), m_windowSystem(CreateWindowSystem()) {}
+    void SetUnloadingHandler(std::function<void(SkinWindow&)> handler) {
         m_onUnloading = std::move(handler);
     }
-    SkinWindow* CreateSkinWindow() override { return new PlainSkinWindow(m_forms, m_onUnloading); }
+    SkinWindow* CreateSkinWindow() override {
+        frmMain::Links links;
+        links.forms.Forms = [this] { return m_forms.Forms(); };
+        links.forms.Add = [this](Form* form) { m_forms.Add(form); };
+        links.forms.Remove = [this](Form* form) { m_forms.Remove(form); };
+        links.onUnloading = m_onUnloading;
+        links.windowSystem = m_windowSystem.get();
+        return new frmMain(std::move(links));
+    }
 
 private:
     FormsRegistry& m_forms;
-    PlainSkinWindow::UnloadingHandler m_onUnloading;
+    std::unique_ptr<WindowSystem> m_windowSystem;
+    std::function<void(SkinWindow&)> m_onUnloading;
 };
 
 // Until a player backend is linked in, starting and quitting the player are reported plainly.

@@ -216,7 +216,7 @@ void frmMain::ApplyChange(const SkinChange& change) {
 
 void frmMain::ApplyWindowSettings() {
     const WindowGeometry& g = m_model.Geometry;
-    QRect r = geometry();
+    QRect r(PlacedPosition(), size());
     if (g.Left)
         r.moveLeft(*g.Left);
     if (g.Top)
@@ -230,6 +230,7 @@ void frmMain::ApplyWindowSettings() {
     if (r != geometry())
         setGeometry(r);
     m_placedAt = r.topLeft();
+    m_movedByUser = false;
     // A hidden window gets its resize event only when shown; the lines follow at once.
     UpdateBorderLines();
     if (m_model.TransparentBackground && !testAttribute(Qt::WA_TranslucentBackground))

@@ -134,7 +134,7 @@ public:
     bool OnDesktop() const override { return m_model.OnDesktop; }
     void HideWindow() override { hide(); }
     void ShowWithoutActivating() override;
-    int WindowTop() const override { return y(); }
+    int WindowTop() const override { return PlacedPosition().y(); }
     int WindowHeight() const override { return height(); }
     void SetWindowTopAndHeight(int top, int height) override;
 
@@ -175,6 +175,7 @@ private:
     void ImagePress(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint pos);
     void CallService(const std::function<void(frmMain&)>& service);
     void MoveTo(QPoint position);
+    QPoint PlacedPosition() const;
     void ResyncPositionAfterMapping();
     EffectPacing& Pacing();
 

@@ -46,15 +46,22 @@ int ButtonNumber(Qt::MouseButton button) {
 } // namespace
 
 void frmMain::SetLeftTwips(double twips) {
-    MoveTo(QPoint(Rules::TwipsToPixels(twips), y()));
+    MoveTo(QPoint(Rules::TwipsToPixels(twips), PlacedPosition().y()));
 }
 
 void frmMain::SetTopTwips(double twips) {
-    MoveTo(QPoint(x(), Rules::TwipsToPixels(twips)));
+    MoveTo(QPoint(PlacedPosition().x(), Rules::TwipsToPixels(twips)));
+}
+
+QPoint frmMain::PlacedPosition() const {
+    // Until the user moves it, the window is where it placed itself; Qt's own idea of that can
+    // lag behind the window manager while the window is being mapped.
+    return m_movedByUser ? pos() : m_placedAt;
 }
 
 void frmMain::MoveTo(QPoint position) {
     m_placedAt = position;
+    m_movedByUser = false;
     move(position);
 }
 
@@ -70,11 +77,11 @@ void frmMain::ResyncPositionAfterMapping() {
 }
 
 double frmMain::LeftTwips() const {
-    return Rules::PixelsToTwips(x());
+    return Rules::PixelsToTwips(PlacedPosition().x());
 }
 
 double frmMain::TopTwips() const {
-    return Rules::PixelsToTwips(y());
+    return Rules::PixelsToTwips(PlacedPosition().y());
 }
 
 void frmMain::RunAfter() {
@@ -156,8 +163,10 @@ void frmMain::SetLayeredAlpha(int alpha) {
 
 void frmMain::SetWindowTopAndHeight(int top, int height) {
     // A window cannot be less than a pixel high; the slide starts from a line.
-    m_placedAt = QPoint(x(), top);
-    setGeometry(x(), top, width(), std::max(1, height));
+    const int left = PlacedPosition().x();
+    m_placedAt = QPoint(left, top);
+    m_movedByUser = false;
+    setGeometry(left, top, width(), std::max(1, height));
 }
 
 EffectOutcome frmMain::FadeIn() {
