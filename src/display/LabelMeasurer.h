@@ -21,7 +21,8 @@ public:
     //
     // Counting down one character at a time measures the text once per character, which for a
     // tag of thousands of characters is millions of glyphs a tick. The width of a beginning grows
-    // with its length, so halving the range finds the same length with a few measurements.
+    // with its length, so a search finds the same length with a few measurements, none much
+    // longer than what the label can show.
     qsizetype LongestNarrowerPrefix(const QString& text, int width, qsizetype shortest) const;
 
 private:
