@@ -116,6 +116,12 @@ void frmMain::RunAfter() {
 }
 
 bool frmMain::EmbedInto(quint64 hostWindowId) {
+    if (hostWindowId == 0)
+        return false;
+    // The window system takes the window from the window manager first, which a plain
+    // re-parenting would race with.
+    if (m_windowSystem->IsAvailable())
+        return m_windowSystem->ReparentInto(this, static_cast<WId>(hostWindowId));
     QWindow* host = QWindow::fromWinId(static_cast<WId>(hostWindowId));
     if (host == nullptr)
         return false;

@@ -21,6 +21,7 @@
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -77,6 +78,8 @@ protected:
         links.onUnloading = [this](SkinWindow& window) {
             unloadingCalls.append(window.Tag());
             countAtUnloading.append(forms.CountNamed(QStringLiteral("frmMain")));
+            if (shellUnloading)
+                shellUnloading(window);
         };
         links.services = services;
         links.windowSystem = windowSystem.get();
@@ -112,6 +115,8 @@ protected:
     EffectPacing* pacing = nullptr;
     WindowMover::Method moveMethod = WindowMover::Method::SystemFirst;
     QStringList unloadingCalls;
+    // The shell's part of closing, when a test has a shell.
+    std::function<void(SkinWindow&)> shellUnloading;
     QList<int> countAtUnloading;
 };
 
