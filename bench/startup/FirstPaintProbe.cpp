@@ -4,9 +4,10 @@
 //
 //   first-paint-probe X Y TIMEOUT_MS -- PROGRAM [ARGUMENTS...]
 //
-// Prints the milliseconds from just before the program's exec to the first changed pixel, then
-// ends the program. The pixel is polled once a millisecond. Exit status 1 when the window did not
-// paint within the time limit (or the program ended first).
+// Prints the milliseconds from just before the program's exec to the first changed pixel, and
+// that pixel's colour (RRGGBB, to see that it is the window's paint and not, say, a cleared
+// background), then ends the program. The pixel is polled once a millisecond. Exit status 1 when
+// the window did not paint within the time limit (or the program ended first).
 
 #include <cerrno>
 #include <chrono>
@@ -103,7 +104,7 @@ int main(int argc, char** argv) {
         if (pixel && *pixel != *background) {
             const double ms =
                 std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-            std::printf("%.1f\n", ms);
+            std::printf("%.1f %06x\n", ms, *pixel);
             status = 0;
             break;
         }

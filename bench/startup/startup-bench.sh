@@ -45,8 +45,9 @@ inside() {
         b=$("$probe" "$probe_x" "$probe_y" 10000 -- "$bare" "$left" "$top" 2>>"$WORK/bare.log") ||
             fail bare
         if ((i > 2)); then
-            echo "$p" >>"$WORK/pelorin.times"
-            echo "$b" >>"$WORK/bare.times"
+            echo "${p%% *}" >>"$WORK/pelorin.times"
+            echo "${b%% *}" >>"$WORK/bare.times"
+            echo "${p#* } ${b#* }" >>"$WORK/colours"
         fi
         # The screen under the window must show the background again before the next run.
         sleep 0.2
@@ -55,6 +56,7 @@ inside() {
     pm=$(median <"$WORK/pelorin.times")
     bm=$(median <"$WORK/bare.times")
     echo "runs:                          $RUNS each"
+    echo "first painted colour (pelorin, bare): $(sort "$WORK/colours" | uniq -c | sort -rn | head -n 3 | tr -s ' ' | paste -sd ',')"
     echo "pelorin (Default skin) median: $pm ms   (min $(sort -n "$WORK/pelorin.times" | head -n 1), max $(sort -n "$WORK/pelorin.times" | tail -n 1))"
     echo "bare Qt window median:         $bm ms   (min $(sort -n "$WORK/bare.times" | head -n 1), max $(sort -n "$WORK/bare.times" | tail -n 1))"
     awk -v p="$pm" -v b="$bm" 'BEGIN { r = p / b; printf "ratio:                         %.2f x (goal <= 1.30 x): %s\n", r, (r <= 1.3 ? "met" : "NOT met") }'
