@@ -8,6 +8,8 @@
 #include "shell/rules/TextRules.h"
 #include "skin/SkinModel.h"
 
+#include <optional>
+
 namespace Pelorin {
 
 namespace {
@@ -25,6 +27,8 @@ void RatingStars::ShowRatings() {
     if (model.RatingsSpec.isEmpty())
         return;
     const QStringList fields = Rules::SplitFields(model.RatingsSpec);
+    // Read once for the five stars, when the first lit-or-unlit star needs it.
+    std::optional<int> rating;
     for (int k = 0; k < StarCount; ++k) {
         const double left = NumberOf(fields, 0) + k * NumberOf(fields, 2) + k * NumberOf(fields, 4);
         const QRect geometry(Rules::ToInt32(left), Rules::ToInt32(NumberOf(fields, 1)),
@@ -33,8 +37,9 @@ void RatingStars::ShowRatings() {
         QImage picture;
         const QString& unlit = Rules::Field(fields, 5);
         if (unlit != u"NONE") {
-            const int rating = DisplayPlayer::CurrentTrack(DisplayPlayer::Player(m_host))->Rating();
-            const bool lit = k < rating / 20.0;
+            if (!rating)
+                rating = DisplayPlayer::CurrentTrack(DisplayPlayer::Player(m_host))->Rating();
+            const bool lit = k < *rating / 20.0;
             const QString& name = lit ? Rules::Field(fields, 6) : unlit;
             picture = LoadPicture(FileNames::InFolder(model.SkinFolder, name));
         }
