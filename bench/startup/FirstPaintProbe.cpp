@@ -77,11 +77,20 @@ int main(int argc, char** argv) {
     }
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
 
-    // The screen's background where the window will be: a window left over from an earlier run
-    // must be gone before the clock starts.
-    const std::optional<std::uint32_t> background = ScreenPixel(x, root, px, py);
-    if (!background) {
-        std::fprintf(stderr, "first-paint-probe: cannot read the screen at %d,%d\n", px, py);
+    // The screen's background where the window will be. A window of an earlier run may still be
+    // going away (the server tears it down after its program ended): the clock starts only once
+    // the pixel has held still for 100 ms.
+    std::optional<std::uint32_t> background = ScreenPixel(x, root, px, py);
+    int stillFor = 0;
+    for (int i = 0; i < 600 && stillFor < 20; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        const std::optional<std::uint32_t> now = ScreenPixel(x, root, px, py);
+        stillFor = now && background && *now == *background ? stillFor + 1 : 0;
+        background = now;
+    }
+    if (!background || stillFor < 20) {
+        std::fprintf(stderr, "first-paint-probe: the screen at %d,%d does not hold still\n", px,
+                     py);
         return 2;
     }
 
