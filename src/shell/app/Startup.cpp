@@ -6,6 +6,8 @@
 #include "MenusForm.h"
 #include "PlayerControl.h"
 #include "Shell.h"
+#include "player/link/PlayerLauncher.h"
+#include "shell/platform/MessageBox.h"
 #include "shell/platform/PictureLoader.h"
 #include "shell/platform/WindowSystem.h"
 #include "shell/settings/ProgramPaths.h"
@@ -64,15 +66,22 @@ private:
     std::function<void(SkinWindow&)> m_onUnloading;
 };
 
-// Until a player backend is linked in, starting and quitting the player are reported plainly.
-class UnlinkedPlayer final : public PlayerControl {
+// Start-up's "open the player": a player that cannot be started is said once, plainly; the skin
+// still opens and connects when the player appears later.
+class StartupPlayer final : public PlayerControl {
 public:
+    explicit StartupPlayer(PlayerLauncher& launcher) : m_launcher(launcher) {}
     void StartPlayer() override {
-        std::fprintf(stderr, "Pelorin: no player backend is built in; the player is not started\n");
+        m_launcher.StartPlayer();
+        if (!m_launcher.LastError().isEmpty())
+            MessageBox::Show(QStringLiteral("The player could not be started:\n") +
+                                 m_launcher.LastError(),
+                             QString(), MessageBox::Icon::Exclamation);
     }
-    void QuitPlayer() override {
-        std::fprintf(stderr, "Pelorin: no player backend is built in; the player is not quit\n");
-    }
+    void QuitPlayer() override { m_launcher.QuitPlayer(); }
+
+private:
+    PlayerLauncher& m_launcher;
 };
 
 int CheckSkinCommand(int argc, char** argv, const QStringList& args) {
@@ -136,7 +145,8 @@ int RunPelorin(int argc, char** argv) {
     FormsRegistry forms;
     InstanceLock lock(ProgramPaths::InstanceLockFile());
     SkinWindows skinWindows(forms);
-    UnlinkedPlayer player;
+    PlayerLauncher launcher;
+    StartupPlayer player(launcher);
 
     Shell shell({
         .settings = settings,
