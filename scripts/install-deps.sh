@@ -8,7 +8,7 @@ packages=(
     cmake ninja-build g++ clang clang-format libclang-rt-14-dev pkg-config
     qt6-base-dev qt6-svg-dev qt6-image-formats-plugins qt6-qpa-plugins libgl-dev
     libmpdclient-dev libtag1-dev
-    libxcb1-dev libxcb-keysyms1-dev libxcb-ewmh-dev libxcb-icccm4-dev
+    libxcb1-dev libxcb-keysyms1-dev libxcb-shape0-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     # run and test
     mpd mpc sox libsox-fmt-all

@@ -1,9 +1,16 @@
 #!/usr/bin/env bash
-# Quick start: installs what is missing, builds build/pelorin and starts it on the bundled
-# "Default" skin. Extra arguments go to Pelorin.
+# Quick start: installs what is missing, builds build/pelorin, starts a demo player on a
+# generated library (unless MPD_HOST already names your own player) and starts Pelorin on the
+# bundled "Default" skin, connected to it. Extra arguments go to Pelorin.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 cmake --preset default >/dev/null
 cmake --build --preset default
-exec build/pelorin "$@"
+if [ -z "${MPD_HOST:-}" ]; then
+    demo=$(scripts/demo.sh build)
+    echo "$demo" | grep -v '^MPD_HOST=' || true
+    MPD_HOST=$(echo "$demo" | sed -n 's/^MPD_HOST=//p' | tail -n 1)
+    export MPD_HOST
+fi
+exec build/pelorin default "$@"
