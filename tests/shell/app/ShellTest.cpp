@@ -6,10 +6,10 @@
 #include "shell/app/FormsRegistry.h"
 #include "shell/app/InstanceLock.h"
 #include "shell/app/MenusForm.h"
-#include "shell/app/PlainSkinWindow.h"
 #include "shell/app/PlayerControl.h"
 #include "shell/settings/ProgramPaths.h"
 #include "shell/settings/Settings.h"
+#include "skin/window/frmMain.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -72,10 +72,10 @@ protected:
             delete dynamic_cast<QObject*>(form);
     }
 
-    QList<PlainSkinWindow*> SkinWindows() const {
-        QList<PlainSkinWindow*> windows;
+    QList<frmMain*> SkinWindows() const {
+        QList<frmMain*> windows;
         for (Form* form : forms.Forms()) {
-            if (auto* w = dynamic_cast<PlainSkinWindow*>(form))
+            if (auto* w = dynamic_cast<frmMain*>(form))
                 windows.append(w);
         }
         return windows;
@@ -83,8 +83,12 @@ protected:
 
     struct Factory final : SkinWindowFactory {
         SkinWindow* CreateSkinWindow() override {
-            return new PlainSkinWindow(*forms,
-                                       [this](SkinWindow& w) { shell->SkinWindowUnloading(w); });
+            frmMain::Links links;
+            links.forms.Forms = [this] { return forms->Forms(); };
+            links.forms.Add = [this](Form* form) { forms->Add(form); };
+            links.forms.Remove = [this](Form* form) { forms->Remove(form); };
+            links.onUnloading = [this](SkinWindow& w) { shell->SkinWindowUnloading(w); };
+            return new frmMain(std::move(links));
         }
         Shell* shell = nullptr;
         FormsRegistry* forms = nullptr;
@@ -257,7 +261,7 @@ TEST_F(ShellTest, ClosingTheLastOfTwoWindowsQuitsThePlayerWhenAsked) {
     shell->Main(QString());
     shell->OpenSkinWindow(paths->SkinFolder(QStringLiteral("Other")), Shell::NotGiven,
                           Shell::NotGiven, false);
-    QList<PlainSkinWindow*> windows = SkinWindows();
+    QList<frmMain*> windows = SkinWindows();
     ASSERT_EQ(windows.size(), 2);
     windows[0]->Unload();
     EXPECT_EQ(player.quits, 0);
@@ -305,7 +309,8 @@ TEST_F(ShellTest, RememberPosWindowWritesItsPositionOnClose) {
               "rememberpos=True\r\nleft=10\r\ntop=20\r\n");
     SkinWindow* w = shell->OpenSkinWindow(paths->SkinFolder(QStringLiteral("Memo")),
                                           Shell::NotGiven, Shell::NotGiven, false);
-    w->Widget()->move(80, 30);
+    w->SetLeftTwips(1200);
+    w->SetTopTwips(450);
     w->Unload();
     QFile f(programFolder + QLatin1String("Skins/Memo/position.ini"));
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
