@@ -1,13 +1,29 @@
 #include "SkinControls.h"
 
+#include <QDropEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QUrl>
 #include <algorithm>
 
 namespace Pelorin {
 
 namespace {
 const char* const TagProperty = "Tag";
+
+// The local files a drag carries, in its order; other things dragged (text, remote links) are
+// not files the player could read.
+QStringList LocalFiles(const QMimeData* data) {
+    QStringList files;
+    if (data == nullptr || !data->hasUrls())
+        return files;
+    for (const QUrl& url : data->urls()) {
+        if (url.isLocalFile())
+            files.append(url.toLocalFile());
+    }
+    return files;
+}
 } // namespace
 
 QString ControlTag(const QObject* control) {
@@ -52,6 +68,24 @@ void PictureBox::mouseMoveEvent(QMouseEvent* event) {
 
 void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
     Q_EMIT MouseReleased(event->button(), event->modifiers(), event->position().toPoint());
+}
+
+void PictureBox::dragEnterEvent(QDragEnterEvent* event) {
+    if (!LocalFiles(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void PictureBox::dragMoveEvent(QDragMoveEvent* event) {
+    if (!LocalFiles(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void PictureBox::dropEvent(QDropEvent* event) {
+    const QStringList files = LocalFiles(event->mimeData());
+    if (files.isEmpty())
+        return;
+    event->acceptProposedAction();
+    Q_EMIT FilesDropped(files);
 }
 
 SkinLabelControl::SkinLabelControl(const QString& name, QWidget* parent) : QLabel(parent) {

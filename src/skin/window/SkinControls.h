@@ -29,9 +29,14 @@ Q_SIGNALS:
     void MousePressed(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint position);
     void MouseMoved(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers, QPoint position);
     void MouseReleased(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint position);
+    // Local files dropped on the control (only while it accepts drops).
+    void FilesDropped(const QStringList& files);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

@@ -2,7 +2,9 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <functional>
+#include <qnamespace.h>
 
 namespace Pelorin {
 
@@ -40,6 +42,15 @@ struct SkinWindowServices {
     std::function<void(frmMain&, int index, int button, int shift, int x, int y)> img_MouseDown;
     std::function<void(frmMain&, int index, int button, int shift, int x, int y)> img_MouseMove;
     std::function<void(frmMain&, int index, int button, int shift, int x, int y)> img_MouseUp;
+    // Local files dropped on an image that takes drops (the artwork image).
+    std::function<void(frmMain&, int index, const QStringList& files)> img_OLEDragDrop;
+    // The progress bar: a press and the pointer moving over it, `x` the offset from the bar's
+    // left edge in pixels. Without them a press still counts as an interaction.
+    std::function<void(frmMain&, Qt::MouseButtons buttons, double x)> imgProgress_MouseDown;
+    std::function<void(frmMain&, Qt::MouseButtons buttons, double x)> imgProgress_MouseMove;
+    // The stars (index 0 to 4): a press, and a click (a left press released over the same star).
+    std::function<void(frmMain&, int index)> imgRatings_MouseDown;
+    std::function<void(frmMain&, int index)> imgRatings_Click;
 };
 
 // The open-forms registry as a skin window uses it: the factory binds these to the program's

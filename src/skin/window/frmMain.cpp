@@ -90,11 +90,16 @@ frmMain::~frmMain() {
 void frmMain::CreateFixedControls() {
     m_imgProgress = new PictureBox(QStringLiteral("imgProgress"), this);
     m_imgProgress->hide();
-    connect(m_imgProgress, &PictureBox::MousePressed, this, [this] { RunInterActionCode(); });
+    connect(m_imgProgress, &PictureBox::MousePressed, this, &frmMain::ProgressPress);
+    connect(m_imgProgress, &PictureBox::MouseMoved, this, &frmMain::ProgressMove);
     for (int k = 0; k < static_cast<int>(m_imgRatings.size()); ++k) {
         m_imgRatings[k] = new PictureBox(QStringLiteral("imgRatings"), this);
         m_imgRatings[k]->hide();
-        connect(m_imgRatings[k], &PictureBox::MousePressed, this, [this] { RunInterActionCode(); });
+        connect(m_imgRatings[k], &PictureBox::MousePressed, this, [this, k] { StarPress(k); });
+        connect(m_imgRatings[k], &PictureBox::MouseReleased, this,
+                [this, k](Qt::MouseButton button, Qt::KeyboardModifiers, QPoint pos) {
+                    StarRelease(k, button, pos);
+                });
     }
     m_cantom = new SkinLabelControl(QStringLiteral("Cantom"), this);
     m_cantom->hide();
@@ -264,26 +269,19 @@ void frmMain::ApplyImage(int index) {
     while (static_cast<int>(m_img.size()) <= index) {
         const int created = static_cast<int>(m_img.size());
         auto* image = new PictureBox(QStringLiteral("img"), this);
+        // Moves without a button show the hover picture.
+        image->setMouseTracking(true);
         connect(image, &PictureBox::MousePressed, this,
                 [this, created](Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
                                 QPoint pos) { ImagePress(created, button, modifiers, pos); });
-        connect(
-            image, &PictureBox::MouseMoved, this,
-            [this, created](Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers, QPoint pos) {
-                if (m_links.services.img_MouseMove)
-                    m_links.services.img_MouseMove(*this, created,
-                                                   buttons & Qt::LeftButton    ? 1
-                                                   : buttons & Qt::RightButton ? 2
-                                                                               : 0,
-                                                   static_cast<int>(modifiers), pos.x(), pos.y());
-            });
-        connect(
-            image, &PictureBox::MouseReleased, this,
-            [this, created](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint pos) {
-                if (m_links.services.img_MouseUp)
-                    m_links.services.img_MouseUp(*this, created, button == Qt::RightButton ? 2 : 1,
-                                                 static_cast<int>(modifiers), pos.x(), pos.y());
-            });
+        connect(image, &PictureBox::MouseMoved, this,
+                [this, created](Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
+                                QPoint pos) { ImageMove(created, buttons, modifiers, pos); });
+        connect(image, &PictureBox::MouseReleased, this,
+                [this, created](Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                                QPoint pos) { ImageRelease(created, button, modifiers, pos); });
+        connect(image, &PictureBox::FilesDropped, this,
+                [this, created](const QStringList& files) { ImageDrop(created, files); });
         m_img.push_back(image);
     }
     const SkinImage& item = m_model.img[index];

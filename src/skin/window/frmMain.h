@@ -173,6 +173,15 @@ private:
     void Form_Unload();
     void tmr_Timer(int index);
     void ImagePress(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint pos);
+    void ImageMove(int index, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
+                   QPoint pos);
+    void ImageRelease(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                      QPoint pos);
+    void ImageDrop(int index, const QStringList& files);
+    void ProgressPress(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint pos);
+    void ProgressMove(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers, QPoint pos);
+    void StarPress(int index);
+    void StarRelease(int index, Qt::MouseButton button, QPoint pos);
     void CallService(const std::function<void(frmMain&)>& service);
     void MoveTo(QPoint position);
     QPoint PlacedPosition() const;

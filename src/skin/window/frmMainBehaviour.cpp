@@ -220,6 +220,63 @@ void frmMain::ImagePress(int index, Qt::MouseButton button, Qt::KeyboardModifier
     RunInterActionCode();
 }
 
+void frmMain::ImageMove(int index, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
+                        QPoint pos) {
+    if (!m_links.services.img_MouseMove)
+        return;
+    // The buttons held, as a press numbers them (1 left, 2 right, 4 middle); 0 for none.
+    int held = 0;
+    if (buttons & Qt::LeftButton)
+        held |= 1;
+    if (buttons & Qt::RightButton)
+        held |= 2;
+    if (buttons & Qt::MiddleButton)
+        held |= 4;
+    m_links.services.img_MouseMove(*this, index, held, ShiftState(modifiers), pos.x(), pos.y());
+}
+
+void frmMain::ImageRelease(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                           QPoint pos) {
+    if (m_links.services.img_MouseUp)
+        m_links.services.img_MouseUp(*this, index, ButtonNumber(button), ShiftState(modifiers),
+                                     pos.x(), pos.y());
+}
+
+void frmMain::ImageDrop(int index, const QStringList& files) {
+    if (m_links.services.img_OLEDragDrop)
+        m_links.services.img_OLEDragDrop(*this, index, files);
+}
+
+void frmMain::ProgressPress(Qt::MouseButton button, Qt::KeyboardModifiers, QPoint pos) {
+    if (m_links.services.imgProgress_MouseDown) {
+        m_links.services.imgProgress_MouseDown(*this, button, pos.x());
+        return;
+    }
+    RunInterActionCode();
+}
+
+void frmMain::ProgressMove(Qt::MouseButtons buttons, Qt::KeyboardModifiers, QPoint pos) {
+    if (m_links.services.imgProgress_MouseMove)
+        m_links.services.imgProgress_MouseMove(*this, buttons, pos.x());
+}
+
+void frmMain::StarPress(int index) {
+    if (m_links.services.imgRatings_MouseDown) {
+        m_links.services.imgRatings_MouseDown(*this, index);
+        return;
+    }
+    RunInterActionCode();
+}
+
+void frmMain::StarRelease(int index, Qt::MouseButton button, QPoint pos) {
+    // A click: the left button released over the star it was pressed on.
+    const PictureBox* star = imgRatings(index);
+    if (button != Qt::LeftButton || star == nullptr || !star->rect().contains(pos))
+        return;
+    if (m_links.services.imgRatings_Click)
+        m_links.services.imgRatings_Click(*this, index);
+}
+
 void frmMain::tmr_Timer(int index) {
     VbTimer* timer = tmr(index);
     if (timer == nullptr)
