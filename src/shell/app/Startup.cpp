@@ -7,6 +7,7 @@
 #include "PlayerControl.h"
 #include "Shell.h"
 #include "player/link/PlayerLauncher.h"
+#include "shell/app/binding/SkinWindowBinding.h"
 #include "shell/platform/MessageBox.h"
 #include "shell/platform/PictureLoader.h"
 #include "shell/platform/WindowSystem.h"
@@ -41,8 +42,7 @@ const char* const Usage =
     "stderr only), MPD_HOST and MPD_PORT (the player).\n";
 
 // Creates the skin windows (frmMain), registered in the open-forms registry and sharing one
-// window system. The parts of the program that a skin window calls into and that are not built
-// yet stay empty in the services: the window works without them.
+// window system, each bound to the player, the command language and the track display.
 class SkinWindows final : public SkinWindowFactory {
 public:
     explicit SkinWindows(FormsRegistry& forms)
@@ -50,6 +50,7 @@ public:
     void SetUnloadingHandler(std::function<void(SkinWindow&)> handler) {
         m_onUnloading = std::move(handler);
     }
+    void SetProgram(SkinWindowProgram program) { m_program = std::move(program); }
     SkinWindow* CreateSkinWindow() override {
         frmMain::Links links;
         links.forms.Forms = [this] { return m_forms.Forms(); };
@@ -57,13 +58,14 @@ public:
         links.forms.Remove = [this](Form* form) { m_forms.Remove(form); };
         links.onUnloading = m_onUnloading;
         links.windowSystem = m_windowSystem.get();
-        return new frmMain(std::move(links));
+        return SkinWindowBinding::Create(std::move(links), m_program)->Window();
     }
 
 private:
     FormsRegistry& m_forms;
     std::unique_ptr<WindowSystem> m_windowSystem;
     std::function<void(SkinWindow&)> m_onUnloading;
+    SkinWindowProgram m_program;
 };
 
 // Start-up's "open the player": a player that cannot be started is said once, plainly; the skin
@@ -148,6 +150,12 @@ int RunPelorin(int argc, char** argv) {
     PlayerLauncher launcher;
     StartupPlayer player(launcher);
 
+    const auto endProgram = [&settings] {
+        // At once: no further handlers run, also from inside loops that pump events.
+        settings.Flush();
+        std::fflush(nullptr);
+        std::_Exit(0);
+    };
     Shell shell({
         .settings = settings,
         .forms = forms,
@@ -157,16 +165,29 @@ int RunPelorin(int argc, char** argv) {
         .paths = paths,
         .loadMenus = [&forms]() -> Form* { return new MenusForm(forms); },
         .processEvents = [] { QCoreApplication::processEvents(); },
-        .endProgram =
-            [&settings] {
-                // At once: no further handlers run, also from inside loops that pump events.
-                settings.Flush();
-                std::fflush(nullptr);
-                std::_Exit(0);
-            },
+        .endProgram = endProgram,
         .openExternal = &OpenExternal,
     });
     skinWindows.SetUnloadingHandler([&shell](SkinWindow& w) { shell.SkinWindowUnloading(w); });
+    QString programFolder = paths.ProgramFolder();
+    if (programFolder.endsWith(QLatin1Char('/')))
+        programFolder.chop(1);
+    skinWindows.SetProgram({
+        .player = &launcher.Application(),
+        .openSkinWindow =
+            [&shell](const QString& folder, std::int16_t left, std::int16_t top) {
+                shell.OpenSkinWindow(folder, left, top, false);
+            },
+        .closeAllWindows = [&shell] { shell.CloseAllWindows(); },
+        .endProgram = endProgram,
+        .shellOpen =
+            [&shell](const QString& file, const QString& parameters) {
+                return shell.ShellOpen(file, parameters);
+            },
+        .skinFolder = [&paths](const QString& name) { return paths.SkinFolder(name); },
+        .programFolder = programFolder,
+        .playerApp = [&settings] { return settings.GetSetting(Settings::PlayerApp); },
+    });
 
     shell.Main(args.join(QLatin1Char(' ')));
     if (shell.FrmMainCount() == 0) {

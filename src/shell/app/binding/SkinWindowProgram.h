@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+namespace Pelorin {
+
+class IiTunes;
+class PlayerApplication;
+
+// What a skin window's binding needs of the program around it: the process-wide player, the
+// shell's module operations and a few settings. Start-up fills it once for every window.
+struct SkinWindowProgram {
+    // The owner of the one process-wide player object (the player launcher's).
+    PlayerApplication* player = nullptr;
+    // Opens another skin window ("showskin"); -99 for a position not given.
+    std::function<void(const QString& skinFolder, std::int16_t left, std::int16_t top)>
+        openSkinWindow;
+    // Unloads every form, which ends the program (the player quit, "Quit" in the menu).
+    std::function<void()> closeAllWindows;
+    // Ends the program at once ("closeprogram").
+    std::function<void()> endProgram;
+    // Opens a document or starts a program; false when the desktop could not.
+    std::function<bool(const QString& file, const QString& parameters)> shellOpen;
+    // "<program folder>/Skins/<name>/".
+    std::function<QString(const QString& skinName)> skinFolder;
+    // The program folder, without a trailing "/".
+    QString programFolder;
+    // The setting "PlayerApp".
+    std::function<QString()> playerApp;
+};
+
+// The process-wide player object, made when the player runs and none exists yet; null while no
+// player runs (connecting first could start one through socket activation).
+IiTunes* SharedPlayer(PlayerApplication* application);
+
+} // namespace Pelorin
