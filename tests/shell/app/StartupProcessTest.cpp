@@ -11,6 +11,7 @@
 #include <QWidget>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/types.h>
 
 namespace {
 
@@ -50,10 +51,17 @@ protected:
         env.insert(QStringLiteral("HOME"), dir.path());
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), dir.path() + QLatin1String("/config"));
         env.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir.path() + QLatin1String("/runtime"));
+        env.insert(QStringLiteral("XDG_STATE_HOME"), dir.path() + QLatin1String("/state"));
+        env.insert(QStringLiteral("XDG_DATA_HOME"), dir.path() + QLatin1String("/data"));
+        // A player of the user's own that is not there: start-up starts nothing, so no player
+        // daemon outlives these tests. The test of the private player removes it.
+        env.insert(QStringLiteral("MPD_HOST"), dir.path() + QLatin1String("/no-player.socket"));
         env.remove(QStringLiteral("QT_QPA_PLATFORM"));
     }
 
     void TearDown() override {
+        if (const qint64 pid = PrivatePlayerPid(); pid > 0)
+            ::kill(static_cast<pid_t>(pid), SIGKILL);
         for (QProcess* p : started) {
             if (p->state() != QProcess::NotRunning) {
                 p->kill();
@@ -106,6 +114,27 @@ protected:
             return {};
         const QRegularExpression re(QStringLiteral("RunCount=(\\S+)"));
         return re.match(QString::fromUtf8(f.readAll())).captured(1);
+    }
+
+    // The process id in the private player's pid file, 0 when there is none.
+    qint64 PrivatePlayerPid() const {
+        QFile f(dir.path() + QLatin1String("/state/pelorin/mpd/pid"));
+        if (!f.open(QIODevice::ReadOnly))
+            return 0;
+        return f.readAll().trimmed().toLongLong();
+    }
+
+    static bool IsAlive(qint64 pid) {
+        return pid > 0 && ::kill(static_cast<pid_t>(pid), 0) == 0 && !IsZombie(pid);
+    }
+
+    static bool IsZombie(qint64 pid) {
+        QFile f(QStringLiteral("/proc/%1/stat").arg(pid));
+        if (!f.open(QIODevice::ReadOnly))
+            return true;
+        const QByteArray stat = f.readAll();
+        const qsizetype close = stat.lastIndexOf(')');
+        return close < 0 || stat.mid(close + 2, 1) == "Z";
     }
 
     QTemporaryDir dir;
@@ -218,4 +247,48 @@ TEST_F(StartupProcessTest, DeskbandWindowIsPutInsideItsHostWindow) {
     }
     EXPECT_TRUE(children.contains(QLatin1String("\"Default\""))) << children.toStdString();
     EXPECT_EQ(RunCount(), QString());
+}
+
+TEST_F(StartupProcessTest,
+       WithoutAPlayerOfItsOwnStartUpStartsThePrivatePlayerWhichQuitsWithTheLastWindowWhenAsked) {
+    env.remove(QStringLiteral("MPD_HOST"));
+    QDir().mkpath(dir.path() + QLatin1String("/Music"));
+    WriteFile(dir.path() + QLatin1String("/config/Pelorin/Pelorin.conf"),
+              "[Options]\nCloseiTunesOnExit=1\n");
+    QProcess* p = Start({});
+    const QString id = WaitForWindow(QStringLiteral("Default"));
+    ASSERT_FALSE(id.isEmpty());
+    const qint64 player = PrivatePlayerPid();
+    ASSERT_GT(player, 0) << "no private player was started";
+    EXPECT_TRUE(IsAlive(player));
+    EXPECT_TRUE(QFile::exists(dir.path() + QLatin1String("/config/pelorin/mpd.conf")));
+
+    RunCommand(QStringLiteral("xdotool"),
+               {QStringLiteral("windowactivate"), QStringLiteral("--sync"), id});
+    RunCommand(QStringLiteral("xdotool"),
+               {QStringLiteral("key"), QStringLiteral("--window"), id, QStringLiteral("alt+F4")});
+    ASSERT_TRUE(p->waitForFinished(10000)) << "still running";
+    bool gone = false;
+    for (int waited = 0; waited < 5000 && !gone; waited += 100) {
+        gone = !IsAlive(player);
+        QThread::msleep(100);
+    }
+    EXPECT_TRUE(gone) << "the private player outlived the last window";
+}
+
+TEST_F(StartupProcessTest, ThePrivatePlayerOutlivesPelorinUnlessAskedToQuit) {
+    env.remove(QStringLiteral("MPD_HOST"));
+    QDir().mkpath(dir.path() + QLatin1String("/Music"));
+    QProcess* p = Start({});
+    const QString id = WaitForWindow(QStringLiteral("Default"));
+    ASSERT_FALSE(id.isEmpty());
+    const qint64 player = PrivatePlayerPid();
+    ASSERT_GT(player, 0);
+    RunCommand(QStringLiteral("xdotool"),
+               {QStringLiteral("windowactivate"), QStringLiteral("--sync"), id});
+    RunCommand(QStringLiteral("xdotool"),
+               {QStringLiteral("key"), QStringLiteral("--window"), id, QStringLiteral("alt+F4")});
+    ASSERT_TRUE(p->waitForFinished(10000));
+    QThread::msleep(300);
+    EXPECT_TRUE(IsAlive(player));
 }
