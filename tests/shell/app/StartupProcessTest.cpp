@@ -292,3 +292,16 @@ TEST_F(StartupProcessTest, ThePrivatePlayerOutlivesPelorinUnlessAskedToQuit) {
     QThread::msleep(300);
     EXPECT_TRUE(IsAlive(player));
 }
+
+TEST_F(StartupProcessTest, ThePlayerDyingClosesTheSkinAndEndsTheProgram) {
+    env.remove(QStringLiteral("MPD_HOST"));
+    QDir().mkpath(dir.path() + QLatin1String("/Music"));
+    QProcess* p = Start({});
+    ASSERT_FALSE(WaitForWindow(QStringLiteral("Default")).isEmpty());
+    const qint64 player = PrivatePlayerPid();
+    ASSERT_GT(player, 0);
+    // Give the window its first guarded look at the player, then take the player away for good.
+    QThread::msleep(500);
+    ::kill(static_cast<pid_t>(player), SIGKILL);
+    EXPECT_TRUE(p->waitForFinished(10000)) << "the program outlived its player";
+}
