@@ -89,6 +89,8 @@ frmMain::~frmMain() {
 
 void frmMain::CreateFixedControls() {
     m_imgProgress = new PictureBox(QStringLiteral("imgProgress"), this);
+    // Empty until a progress tick finds a playing track.
+    m_imgProgress->resize(0, 0);
     m_imgProgress->hide();
     connect(m_imgProgress, &PictureBox::MousePressed, this, &frmMain::ProgressPress);
     connect(m_imgProgress, &PictureBox::MouseMoved, this, &frmMain::ProgressMove);

@@ -148,6 +148,17 @@ TEST_F(SkinWindowBindingTest, TheProgressTimerSetsTheBarsWidthFromThePosition) {
     EXPECT_TRUE(BoundWindowRig::WaitFor([&] { return window->imgProgress()->width() == 150; }));
 }
 
+TEST_F(SkinWindowBindingTest, WithoutAPlayingTrackTheProgressBarIsEmpty) {
+    rig.Player();
+    const QString folder = rig.WriteSkin(QStringLiteral("Bar"),
+                                         {QStringLiteral("width=300"), QStringLiteral("height=40"),
+                                          QStringLiteral("progresscontrol=10;30;200;4;bar.png")});
+    BoundWindowRig::WritePicture(folder + QStringLiteral("bar.png"), Qt::white);
+    window = rig.Open(folder)->Window();
+    QTest::qWait(600);
+    EXPECT_EQ(window->imgProgress()->width(), 0);
+}
+
 TEST_F(SkinWindowBindingTest, APressOnTheProgressBarSeeks) {
     rig.PlayTrack(BoundWindowRig::Track(QStringLiteral("Seek"), 200));
     rig.Player().SetPlayerPosition(150);
