@@ -17,7 +17,9 @@ class frmMain;
 // works (shows, moves, fades, closes) before those parts are linked in.
 struct SkinWindowServices {
     // RunCode: the single entry of the command language, for "runcode" lines, timers, clicks.
-    std::function<void(frmMain&, const QString& code)> RunCode;
+    // The code is the caller's variable: a compound code loses its "{" in it (see frmMain's
+    // stored codes).
+    std::function<void(frmMain&, QString& code)> RunCode;
     // An "event" line (declares code for a player event); may throw VbError.
     std::function<void(frmMain&, const QString& line)> NewEvent;
     // The steps after the skin file: personal shortcuts and start code, the track display, the

@@ -363,6 +363,11 @@ void frmMain::NewEvent(const QString& text) {
 }
 
 void frmMain::RunCode(const QString& code) {
+    QString copy = code;
+    RunCodeInPlace(copy);
+}
+
+void frmMain::RunCodeInPlace(QString& code) {
     if (m_links.services.RunCode)
         m_links.services.RunCode(*this, code);
 }

@@ -92,6 +92,8 @@ public:
 
     // The command language's entry, and the interaction codes every press runs.
     void RunCode(const QString& code) override;
+    // Runs a code the window keeps, as the variable it is: the interpreter may change it.
+    void RunCodeInPlace(QString& code);
     void RunInterActionCode();
     InteractionFlag& Interaction() override { return m_interaction; }
 

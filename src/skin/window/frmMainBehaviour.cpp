@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QTimer>
 #include <QWindow>
 #include <cstdio>
@@ -204,10 +205,16 @@ void frmMain::MoveWindow(QPoint pressGlobal) {
 
 void frmMain::RunInterActionCode() {
     m_interaction.Raise();
-    // A code may close the window; the list is copied so that it outlives that.
-    const QStringList codes = m_model.Interactions;
-    for (const QString& code : codes)
-        RunCode(code);
+    // The codes run as the list's own entries, so a compound code keeps the text the interpreter
+    // left in it ("{" removed) for its next run. A code may close the window: each entry runs
+    // from a copy that is written back only while the window still exists.
+    const QPointer<frmMain> alive(this);
+    for (qsizetype i = 0; alive && i < m_model.Interactions.size(); ++i) {
+        QString code = m_model.Interactions.at(i);
+        RunCodeInPlace(code);
+        if (alive && i < m_model.Interactions.size())
+            m_model.Interactions[i] = code;
+    }
 }
 
 void frmMain::ImagePress(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
@@ -324,8 +331,15 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 void frmMain::mousePressEvent(QMouseEvent* event) {
     // Form_MouseDown (labels hand their presses on to here, as lblInfo_MouseDown does).
     RunInterActionCode();
-    if (!m_unloaded)
-        RunCode(m_model.FormClickCode);
+    if (!m_unloaded) {
+        // The window-click code is the window's own variable, changed in place like the
+        // interaction codes.
+        const QPointer<frmMain> alive(this);
+        QString code = m_model.FormClickCode;
+        RunCodeInPlace(code);
+        if (alive)
+            m_model.FormClickCode = code;
+    }
     event->accept();
 }
 

@@ -11,6 +11,7 @@
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QTest>
 #include <QUrl>
 
 using namespace Pelorin;
@@ -121,6 +122,30 @@ TEST_F(SkinWindowBindingTest, ElementTimersRunTheirCodeThroughRunCode) {
     Open({QStringLiteral("width=100"), QStringLiteral("height=40"),
           QStringLiteral("timerevent=30;volumeup")});
     EXPECT_TRUE(BoundWindowRig::WaitFor([&] { return rig.Player().SoundVolume() >= 33; }));
+}
+
+TEST_F(SkinWindowBindingTest, AnInteractionCodeWithAnOpenBraceRunsTwiceOnceThenOnceAfterwards) {
+    rig.PlayTrack(BoundWindowRig::Track(QStringLiteral("Any"), 100));
+    rig.Player().SetSoundVolume(50);
+    Open({QStringLiteral("width=100"), QStringLiteral("height=40"),
+          QStringLiteral("anyinteraction={volumeup")});
+    window->RunInterActionCode();
+    const int afterFirst = rig.Player().SoundVolume();
+    // The interpreter removed the "{" from the list's own entry: from now on it runs once.
+    EXPECT_EQ(window->Model().Interactions.value(0), QStringLiteral("volumeup"));
+    window->RunInterActionCode();
+    const int afterSecond = rig.Player().SoundVolume();
+    EXPECT_GT(afterFirst, 50);
+    EXPECT_EQ(afterFirst - 50, 2 * (afterSecond - afterFirst));
+}
+
+TEST_F(SkinWindowBindingTest, TheWindowClickCodeKeepsWhatTheInterpreterLeftInIt) {
+    rig.PlayTrack(BoundWindowRig::Track(QStringLiteral("Any"), 100));
+    Open({QStringLiteral("width=100"), QStringLiteral("height=40"),
+          QStringLiteral("formclick={volumeup}{volumedown}")});
+    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(5, 5));
+    QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(5, 5));
+    EXPECT_EQ(window->Model().FormClickCode, QStringLiteral("volumeup}volumedown}"));
 }
 
 TEST_F(SkinWindowBindingTest,

@@ -78,9 +78,7 @@ void SkinWindowBinding::WindowDestroyed() {
 
 SkinWindowServices SkinWindowBinding::MakeServices() {
     SkinWindowServices s;
-    s.RunCode = [this](frmMain&, const QString& code) {
-        Run([&] { m_interpreter->RunCodeText(code); });
-    };
+    s.RunCode = [this](frmMain&, QString& code) { Run([&] { m_interpreter->RunCode(code); }); };
     s.NewEvent = [this](frmMain&, const QString& line) { m_events.NewEvent(line); };
     s.LoadSong = [this](frmMain&) { Run([this] { m_display->LoadSong(); }); };
     s.tmrProgress_Timer = [this](frmMain&) { Run([this] { m_display->tmrProgress_Timer(); }); };
