@@ -1,13 +1,19 @@
 include(GoogleTest)
 
 # pelorin_add_test(NAME <exe> TIER core|offscreen|x11 SOURCES ... LIBS ... [LABELS ...]
-#                  [RESOURCE_LOCK ...])
+#                  [RESOURCE_LOCK <name>])
+# RESOURCE_LOCK takes one name: test discovery cannot carry a list. The shared things of a test
+# run, the player processes that the process checker sees and the real X pointer, are all guarded
+# by the one lock "player".
 # Each GoogleTest case becomes one ctest test named after the behaviour it shows.
 # core: QCoreApplication, no display. offscreen: QApplication on the offscreen platform.
 # x11: QApplication on the X server the test run provides (Xvfb with openbox).
 # scripts/test.sh gives the whole run its own HOME and XDG folders.
 function(pelorin_add_test)
-    cmake_parse_arguments(T "" "NAME;TIER" "SOURCES;LIBS;LABELS;RESOURCE_LOCK" ${ARGN})
+    cmake_parse_arguments(T "" "NAME;TIER;RESOURCE_LOCK" "SOURCES;LIBS;LABELS" ${ARGN})
+    if(T_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "pelorin_add_test(${T_NAME}): unexpected ${T_UNPARSED_ARGUMENTS}")
+    endif()
     add_executable(${T_NAME} ${T_SOURCES})
     target_link_libraries(${T_NAME} PRIVATE pelorin_gtest_${T_TIER})
     target_link_libraries(${T_NAME} PRIVATE ${T_LIBS} pelorin_hygiene)
