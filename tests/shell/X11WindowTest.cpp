@@ -1,5 +1,6 @@
 // Real windows on a real X server with a window manager: the properties the window system
 // sees, read back on a connection of the test's own.
+#include "X11Probe.h"
 #include "shell/platform/PlatformHelpers.h"
 #include "shell/platform/WindowStyling.h"
 #include "shell/platform/WindowSystem.h"
@@ -21,82 +22,7 @@ using namespace Pelorin;
 
 namespace {
 
-// A second client of the X server that only looks.
-class X11Probe {
-public:
-    X11Probe() : m_connection(xcb_connect(nullptr, nullptr)) {}
-    ~X11Probe() { xcb_disconnect(m_connection); }
-    X11Probe(const X11Probe&) = delete;
-    X11Probe& operator=(const X11Probe&) = delete;
-
-    xcb_connection_t* Connection() const { return m_connection; }
-    bool Ok() const { return xcb_connection_has_error(m_connection) == 0; }
-    xcb_window_t Root() const {
-        return xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
-    }
-
-    xcb_atom_t Atom(const char* name) const {
-        const auto cookie =
-            xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(std::strlen(name)), name);
-        std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-            xcb_intern_atom_reply(m_connection, cookie, nullptr), &std::free);
-        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-    }
-
-    std::vector<uint32_t> Property(xcb_window_t window, const char* name, xcb_atom_t type) const {
-        const auto cookie = xcb_get_property(m_connection, 0, window, Atom(name), type, 0, 1024);
-        std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
-            xcb_get_property_reply(m_connection, cookie, nullptr), &std::free);
-        std::vector<uint32_t> values;
-        if (!reply || reply->format != 32 || reply->type != type)
-            return values;
-        const auto* data = static_cast<const uint32_t*>(xcb_get_property_value(reply.get()));
-        values.assign(data, data + xcb_get_property_value_length(reply.get()) / 4);
-        return values;
-    }
-
-    std::optional<uint32_t> Opacity(xcb_window_t window) const {
-        const auto values = Property(window, "_NET_WM_WINDOW_OPACITY", XCB_ATOM_CARDINAL);
-        if (values.empty())
-            return std::nullopt;
-        return values.front();
-    }
-
-    bool HasState(xcb_window_t window, const char* state) const {
-        const auto values = Property(window, "_NET_WM_STATE", XCB_ATOM_ATOM);
-        return std::find(values.begin(), values.end(), Atom(state)) != values.end();
-    }
-
-    xcb_window_t Parent(xcb_window_t window) const {
-        const auto cookie = xcb_query_tree(m_connection, window);
-        std::unique_ptr<xcb_query_tree_reply_t, decltype(&std::free)> reply(
-            xcb_query_tree_reply(m_connection, cookie, nullptr), &std::free);
-        return reply ? reply->parent : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
-    }
-
-    // A mapped full-screen window of type "desktop", as a file manager's desktop would be.
-    xcb_window_t CreateDesktopWindow() {
-        const xcb_window_t window = xcb_generate_id(m_connection);
-        const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
-        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0,
-                          screen->width_in_pixels, screen->height_in_pixels, 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
-        const xcb_atom_t type = Atom("_NET_WM_WINDOW_TYPE_DESKTOP");
-        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window,
-                            Atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
-        xcb_map_window(m_connection, window);
-        xcb_flush(m_connection);
-        return window;
-    }
-
-    void Destroy(xcb_window_t window) {
-        xcb_destroy_window(m_connection, window);
-        xcb_flush(m_connection);
-    }
-
-private:
-    xcb_connection_t* m_connection;
-};
+using Testing::X11Probe;
 
 class X11Windows : public ::testing::Test {
 protected:

@@ -23,6 +23,9 @@ public:
 
     bool Ok() const { return xcb_connection_has_error(m_connection) == 0; }
     xcb_connection_t* Connection() const { return m_connection; }
+    xcb_window_t Root() const {
+        return xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    }
 
     xcb_atom_t Atom(const char* name) const {
         const auto cookie =
@@ -92,6 +95,21 @@ public:
         xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0,
                           static_cast<uint16_t>(width), static_cast<uint16_t>(height), 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+        xcb_map_window(m_connection, window);
+        xcb_flush(m_connection);
+        return window;
+    }
+
+    // A mapped full-screen window of type "desktop", as a file manager's desktop would be.
+    xcb_window_t CreateDesktopWindow() {
+        const xcb_window_t window = xcb_generate_id(m_connection);
+        const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0,
+                          screen->width_in_pixels, screen->height_in_pixels, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+        const xcb_atom_t type = Atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window,
+                            Atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
         xcb_map_window(m_connection, window);
         xcb_flush(m_connection);
         return window;
