@@ -56,6 +56,27 @@ memory_kib() {
          /^Private_Dirty:/ { d = $2 } END { print p, c + d, r }' /proc/"$1"/smaps_rollup
 }
 
+# Where a process's private memory lies: dirty (its own heap and data) and clean (file pages no
+# other process maps), then the largest mappings.
+private_breakdown() {
+    python3 - "$1" <<'PY'
+import collections, sys
+mapping, dirty, clean = None, collections.Counter(), collections.Counter()
+for line in open(f"/proc/{sys.argv[1]}/smaps"):
+    field = line.split()
+    if len(field) >= 5 and "-" in field[0] and not field[0].endswith(":"):
+        mapping = field[5] if len(field) > 5 else "[anonymous]"
+    elif field[0] == "Private_Dirty:":
+        dirty[mapping] += int(field[1])
+    elif field[0] == "Private_Clean:":
+        clean[mapping] += int(field[1])
+print(f"    private dirty {sum(dirty.values())} KiB, private clean {sum(clean.values())} KiB; largest:")
+total = dirty + clean
+for name, kib in total.most_common(8):
+    print(f"    {kib:>7} KiB ({dirty[name]:>5} dirty)  {name}")
+PY
+}
+
 # One line per thread: "TID NAME VOLUNTARY NONVOLUNTARY".
 switches() {
     local t
@@ -161,6 +182,7 @@ measure_three() {
             "$(awk -v w="$(printf '0x%x' "${WIN[$name]}")" '$1 == w { print $3, $5 }' \
                 "$WORK/$phase.updates")" "$(memory_kib "${PID[$name]}")" \
             >"$WORK/$phase.$name.measure"
+        private_breakdown "${PID[$name]}" >"$WORK/$phase.$name.private"
     done
 }
 
@@ -250,6 +272,12 @@ inside() {
     measure_three playing
     report_three playing "Playing the demo library" "$ticks"
     report_switches playing "$ticks"
+    say "private memory (USS) while playing, side by side:"
+    local name
+    for name in pelorin bare conky; do
+        say "  $name:"
+        tee -a "$REPORT" <"$WORK/playing.$name.private"
+    done
 
     mpc -q -h "$MPD_HOST" stop
     sleep 2
@@ -279,8 +307,11 @@ inside() {
     say "== Google Benchmarks"
     "$BUILD/bench/display_refresh_bench" --benchmark_out="$WORK/display.json" \
         --benchmark_out_format=json >/dev/null 2>"$WORK/display.err" || cat "$WORK/display.err" >&2
+    # A round trip of microseconds swings with where the scheduler puts the two processes: the
+    # median of five runs.
     "$BUILD/bench/perf_player_command_bench" --benchmark_out="$WORK/command.json" \
-        --benchmark_out_format=json >/dev/null 2>"$WORK/command.err" || cat "$WORK/command.err" >&2
+        --benchmark_out_format=json --benchmark_repetitions=5 \
+        --benchmark_report_aggregates_only=true >/dev/null 2>"$WORK/command.err" || cat "$WORK/command.err" >&2
     "$BUILD/bench/process_check_bench" --benchmark_out="$WORK/process.json" \
         --benchmark_out_format=json >/dev/null 2>"$WORK/process.err" || cat "$WORK/process.err" >&2
     python3 - "$WORK" <<'EOF' | tee -a "$REPORT"
@@ -288,7 +319,13 @@ import json, sys
 work = sys.argv[1]
 def load(name):
     try:
-        return {b["name"]: b for b in json.load(open(f"{work}/{name}.json"))["benchmarks"]}
+        # "Name/real_time" for the benchmarks timed by the wall clock; of repeated ones, the median.
+        found = {}
+        for b in json.load(open(f"{work}/{name}.json"))["benchmarks"]:
+            if b.get("run_type") == "aggregate" and b.get("aggregate_name") != "median":
+                continue
+            found[b["name"].split("/")[0]] = b
+        return found
     except (OSError, ValueError, KeyError):
         return {}
 def us(b):
@@ -298,7 +335,8 @@ for name, b in {**load("display"), **load("process")}.items():
     print(f"{name:<44}{us(b):>10.1f} us   ({b['iterations']} iterations)")
 c = load("command")
 for name, b in c.items():
-    print(f"{name:<44}{us(b):>10.1f} us   ({b['iterations']} iterations){'  ERROR ' + b.get('error_message', '') if b.get('error_occurred') else ''}")
+    runs = "median of 5 runs" if b.get("run_type") == "aggregate" else f"{b['iterations']} iterations"
+    print(f"{name:<44}{us(b):>10.1f} us   ({runs}){'  ERROR ' + b.get('error_message', '') if b.get('error_occurred') else ''}")
 def ratio(a, b, text):
     if a in c and b in c and not c[a].get("error_occurred") and not c[b].get("error_occurred"):
         print(f"{text:<44}{us(c[a]) / us(c[b]):>10.3f} x")
