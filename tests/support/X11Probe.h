@@ -100,6 +100,20 @@ public:
         return window;
     }
 
+    // What a window manager sends when the user clicks a window's close control.
+    void RequestClose(xcb_window_t window) {
+        xcb_client_message_event_t event{};
+        event.response_type = XCB_CLIENT_MESSAGE;
+        event.format = 32;
+        event.window = window;
+        event.type = Atom("WM_PROTOCOLS");
+        event.data.data32[0] = Atom("WM_DELETE_WINDOW");
+        event.data.data32[1] = XCB_CURRENT_TIME;
+        xcb_send_event(m_connection, 0, window, XCB_EVENT_MASK_NO_EVENT,
+                       reinterpret_cast<const char*>(&event));
+        xcb_flush(m_connection);
+    }
+
     // A mapped full-screen window of type "desktop", as a file manager's desktop would be.
     xcb_window_t CreateDesktopWindow() {
         const xcb_window_t window = xcb_generate_id(m_connection);

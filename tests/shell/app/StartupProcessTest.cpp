@@ -1,5 +1,7 @@
 // The real program on the X server: started as a user or script starts it, observed through the
 // X server and its files.
+#include "X11Probe.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -116,6 +118,12 @@ protected:
         return re.match(QString::fromUtf8(f.readAll())).captured(1);
     }
 
+    // The window manager's close request, as a user's click on a window's close control sends it.
+    static void RequestClose(const QString& windowId) {
+        Pelorin::Testing::X11Probe probe;
+        probe.RequestClose(static_cast<xcb_window_t>(windowId.toULong()));
+    }
+
     // The process id in the private player's pid file, 0 when there is none.
     qint64 PrivatePlayerPid() const {
         QFile f(dir.path() + QLatin1String("/state/pelorin/mpd/pid"));
@@ -220,11 +228,7 @@ TEST_F(StartupProcessTest, ProgramEndsWhenItsLastSkinWindowCloses) {
     QProcess* p = Start({});
     const QString id = WaitForWindow(QStringLiteral("Default"));
     ASSERT_FALSE(id.isEmpty());
-    // The window manager's close request, as a user's click on a close control sends it.
-    RunCommand(QStringLiteral("xdotool"),
-               {QStringLiteral("windowactivate"), QStringLiteral("--sync"), id});
-    RunCommand(QStringLiteral("xdotool"),
-               {QStringLiteral("key"), QStringLiteral("--window"), id, QStringLiteral("alt+F4")});
+    RequestClose(id);
     ASSERT_TRUE(p->waitForFinished(10000)) << "still running";
     EXPECT_EQ(p->exitCode(), 0);
 }
@@ -263,10 +267,7 @@ TEST_F(StartupProcessTest,
     EXPECT_TRUE(IsAlive(player));
     EXPECT_TRUE(QFile::exists(dir.path() + QLatin1String("/config/pelorin/mpd.conf")));
 
-    RunCommand(QStringLiteral("xdotool"),
-               {QStringLiteral("windowactivate"), QStringLiteral("--sync"), id});
-    RunCommand(QStringLiteral("xdotool"),
-               {QStringLiteral("key"), QStringLiteral("--window"), id, QStringLiteral("alt+F4")});
+    RequestClose(id);
     ASSERT_TRUE(p->waitForFinished(10000)) << "still running";
     bool gone = false;
     for (int waited = 0; waited < 5000 && !gone; waited += 100) {
@@ -284,10 +285,7 @@ TEST_F(StartupProcessTest, ThePrivatePlayerOutlivesPelorinUnlessAskedToQuit) {
     ASSERT_FALSE(id.isEmpty());
     const qint64 player = PrivatePlayerPid();
     ASSERT_GT(player, 0);
-    RunCommand(QStringLiteral("xdotool"),
-               {QStringLiteral("windowactivate"), QStringLiteral("--sync"), id});
-    RunCommand(QStringLiteral("xdotool"),
-               {QStringLiteral("key"), QStringLiteral("--window"), id, QStringLiteral("alt+F4")});
+    RequestClose(id);
     ASSERT_TRUE(p->waitForFinished(10000));
     QThread::msleep(300);
     EXPECT_TRUE(IsAlive(player));
