@@ -96,6 +96,23 @@ TEST_F(PictureLoading, PngKeepsItsTransparency) {
     EXPECT_EQ(image.pixel(15, 5), qRgba(0, 0, 0, 0));
 }
 
+TEST_F(PictureLoading, PictureWhoseNameDoesNotTellItsFormatStillLoads) {
+    ASSERT_TRUE(HalfTransparent().save(Path("really-a-png.bmp"), "PNG"));
+    EXPECT_EQ(LoadPicture(Path("really-a-png.bmp")).size(), QSize(20, 10));
+    QImage photo(12, 6, QImage::Format_RGB32);
+    photo.fill(Qt::blue);
+    ASSERT_TRUE(photo.save(Path("really-a-jpeg.png"), "JPEG"));
+    EXPECT_EQ(LoadPicture(Path("really-a-jpeg.png")).size(), QSize(12, 6));
+}
+
+TEST_F(PictureLoading, HugePictureWithAPlainNameIsRefusedOnce) {
+    QFile f(Path("huge-named.png"));
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(LargeMonochromePng(20000, 20000));
+    f.close();
+    ExpectCannotLoadFile(Path("huge-named.png"));
+}
+
 TEST_F(PictureLoading, JpegLoadsOpaque) {
     QImage source(16, 8, QImage::Format_RGB32);
     source.fill(QColor(0, 0, 255));
