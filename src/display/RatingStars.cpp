@@ -8,6 +8,7 @@
 #include "shell/rules/TextRules.h"
 #include "skin/SkinModel.h"
 
+#include <QHash>
 #include <optional>
 
 namespace Pelorin {
@@ -29,6 +30,8 @@ void RatingStars::ShowRatings() {
     const QStringList fields = Rules::SplitFields(model.RatingsSpec);
     // Read once for the five stars, when the first lit-or-unlit star needs it.
     std::optional<int> rating;
+    // Each of the two pictures is decoded once per refresh, not once per star.
+    QHash<QString, QImage> pictures;
     for (int k = 0; k < StarCount; ++k) {
         const double left = NumberOf(fields, 0) + k * NumberOf(fields, 2) + k * NumberOf(fields, 4);
         const QRect geometry(Rules::ToInt32(left), Rules::ToInt32(NumberOf(fields, 1)),
@@ -41,7 +44,11 @@ void RatingStars::ShowRatings() {
                 rating = DisplayPlayer::CurrentTrack(DisplayPlayer::Player(m_host))->Rating();
             const bool lit = k < *rating / 20.0;
             const QString& name = lit ? Rules::Field(fields, 6) : unlit;
-            picture = LoadPicture(FileNames::InFolder(model.SkinFolder, name));
+            const QString file = FileNames::InFolder(model.SkinFolder, name);
+            auto known = pictures.constFind(file);
+            if (known == pictures.constEnd())
+                known = pictures.insert(file, LoadPicture(file));
+            picture = *known;
         }
         m_host.SetRatingStar(k, geometry, picture);
     }
