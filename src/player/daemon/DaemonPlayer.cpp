@@ -39,6 +39,9 @@ DaemonPlayer::DaemonPlayer(Options options, QObject* parent)
     m_reconnectTimer.setSingleShot(true);
     m_reconnectTimer.setInterval(m_options.reconnectIntervalMs);
     connect(&m_reconnectTimer, &QTimer::timeout, this, &DaemonPlayer::TryReconnect);
+    m_stateRetryTimer.setSingleShot(true);
+    m_stateRetryTimer.setInterval(m_options.reconnectIntervalMs);
+    connect(&m_stateRetryTimer, &QTimer::timeout, this, &DaemonPlayer::RetryPlayerState);
     TryReconnect();
 }
 
@@ -70,8 +73,11 @@ void DaemonPlayer::TryReconnect() {
     try {
         m_session->Disconnect();
         m_watcher.Start();
-        // Whatever happened while the link was down is the new starting point, not an event.
-        ReadPlayerState(false);
+        // The first connection only sets the starting point. After a dropped connection, a change
+        // that happened while the link was down (a play command that raced with the reconnection,
+        // another client's next) is reported like any other; an unchanged player reports nothing.
+        ReadPlayerState(m_connectedBefore);
+        m_connectedBefore = true;
     } catch (const VbError&) {
         m_watcher.Stop();
         if (!PlayerProcessRuns()) {
@@ -96,6 +102,7 @@ void DaemonPlayer::Quitting() {
     }
     m_quit = true;
     m_reconnectTimer.stop();
+    m_stateRetryTimer.stop();
     m_watcher.Stop();
     m_session->Disconnect();
     Q_EMIT OnQuittingEvent();
@@ -112,7 +119,11 @@ void DaemonPlayer::OnChanged(unsigned mask) {
             DaemonQueries::ApplyAllRanges(*m_session);
         }
     } catch (const VbError&) {
-        // The command connection failed; the waiting connection tells whether the player left.
+        // The command connection failed (a command that timed out leaves it broken); the waiting
+        // connection tells whether the player left. The change itself is still unreported, and
+        // the player will not announce it again: look once the command connection is rebuilt.
+        if (mask & MPD_IDLE_PLAYER)
+            m_stateRetryTimer.start();
     }
     if (mask & (MPD_IDLE_DATABASE | MPD_IDLE_STORED_PLAYLIST | MPD_IDLE_STICKER)) {
         Q_EMIT OnDatabaseChangedEvent({}, {});
@@ -140,6 +151,16 @@ void DaemonPlayer::CountPlayOfLeftSong(const DaemonStatus& now) {
     const double before = count ? Rules::LeadingNumber(*count) : 0.0;
     DaemonQueries::SetSticker(*m_session, m_baselineUri, "playCount",
                               QString::number(static_cast<qint64>(std::max(before, 0.0)) + 1));
+}
+
+void DaemonPlayer::RetryPlayerState() {
+    if (m_quit)
+        return;
+    try {
+        ReadPlayerState(true);
+    } catch (const VbError&) {
+        m_stateRetryTimer.start();
+    }
 }
 
 void DaemonPlayer::ReadPlayerState(bool report) {

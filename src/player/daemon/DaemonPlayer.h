@@ -79,6 +79,7 @@ private:
     void TryReconnect();
     void Quitting();
     // Reads status and current song; with `report`, emits the events the change implies.
+    void RetryPlayerState();
     void ReadPlayerState(bool report);
     void CountPlayOfLeftSong(const DaemonStatus& now);
     bool PlayerProcessRuns() const;
@@ -88,7 +89,11 @@ private:
     std::shared_ptr<DaemonSession> m_session;
     IdleWatcher m_watcher;
     QTimer m_reconnectTimer;
+    // Reads the player's state again after a change that could not be read.
+    QTimer m_stateRetryTimer;
     bool m_quitRequested = false;
+    // Set once the first connection has read the player's state.
+    bool m_connectedBefore = false;
     bool m_quit = false;
 
     // The state the last event was judged against, and how long its song has been heard.
