@@ -19,7 +19,7 @@ export HOME="$sandbox/home" XDG_CONFIG_HOME="$sandbox/config" XDG_DATA_HOME="$sa
 unset MPD_HOST MPD_PORT WAYLAND_DISPLAY DISPLAY PELORIN_HOME
 
 dbus-run-session -- xvfb-run -a -s "-screen 0 1280x800x24" \
-    scripts/with-window-manager.sh ctest --preset asan -j2 "$@"
+    scripts/with-window-manager.sh ctest --preset asan -j2 "$@" | tee "$sandbox/ctest.log"
 
 seconds=${PELORIN_FUZZ_SECONDS:-60}
 if [ "$seconds" -gt 0 ]; then
@@ -37,3 +37,10 @@ if [ "$seconds" -gt 0 ]; then
             -artifact_prefix="$sandbox/" "$corpus"
     done
 fi
+
+# The test count again as the last line, after the fuzzers' output.
+summary=$(grep -E '[0-9]+ tests failed out of [0-9]+' "$sandbox/ctest.log" | tail -n 1)
+failed=$(echo "$summary" | sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\1/')
+total=$(echo "$summary" | sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\2/')
+skipped=$(grep -cE '^\s+[0-9]+ - .*\(Skipped\)$' "$sandbox/ctest.log" || true)
+echo "tests: $((total - failed - skipped)) passed, $failed failed, $skipped skipped"
