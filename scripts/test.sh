@@ -18,8 +18,14 @@ export HOME="$sandbox/home" XDG_CONFIG_HOME="$sandbox/config" XDG_DATA_HOME="$sa
        XDG_STATE_HOME="$sandbox/state" XDG_RUNTIME_DIR="$sandbox/runtime"
 unset MPD_HOST MPD_PORT WAYLAND_DISPLAY DISPLAY PELORIN_HOME
 
+# The logic and offscreen tiers run two at a time; the X11 tier runs one test at a time, since its
+# tests share one screen, its focus and its pointer.
 dbus-run-session -- xvfb-run -a -s "-screen 0 1280x800x24" \
-    scripts/with-window-manager.sh ctest --preset asan -j2 "$@" | tee "$sandbox/ctest.log"
+    scripts/with-window-manager.sh bash -c '
+        set -eo pipefail
+        ctest --preset asan -j2 -LE x11 "$@" | tee "$0/ctest-parallel.log"
+        ctest --preset asan -j1 -L x11 "$@" | tee "$0/ctest-x11.log"
+    ' "$sandbox" "$@"
 
 seconds=${PELORIN_FUZZ_SECONDS:-60}
 if [ "$seconds" -gt 0 ]; then
@@ -39,8 +45,13 @@ if [ "$seconds" -gt 0 ]; then
 fi
 
 # The test count again as the last line, after the fuzzers' output.
-summary=$(grep -E '[0-9]+ tests failed out of [0-9]+' "$sandbox/ctest.log" | tail -n 1)
-failed=$(echo "$summary" | sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\1/')
-total=$(echo "$summary" | sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\2/')
-skipped=$(grep -cE '^\s+[0-9]+ - .*\(Skipped\)$' "$sandbox/ctest.log" || true)
-echo "tests: $((total - failed - skipped)) passed, $failed failed, $skipped skipped"
+passed=0 failed=0 skipped=0
+for log in "$sandbox/ctest-parallel.log" "$sandbox/ctest-x11.log"; do
+    summary=$(grep -E '[0-9]+ tests failed out of [0-9]+' "$log" | tail -n 1 || true)
+    [ -n "$summary" ] || continue
+    f=$(echo "$summary" | sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\1/')
+    t=$(echo "$summary" | sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\2/')
+    s=$(grep -cE '^\s+[0-9]+ - .*\(Skipped\)$' "$log" || true)
+    passed=$((passed + t - f - s)) failed=$((failed + f)) skipped=$((skipped + s))
+done
+echo "tests: $passed passed, $failed failed, $skipped skipped"
