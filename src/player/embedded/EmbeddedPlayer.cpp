@@ -1,5 +1,6 @@
 #include "player/embedded/EmbeddedPlayer.h"
 
+#include "ConfigValue.h"
 #include "player/embedded/LocalProbe.h"
 #include "shell/settings/ProgramPaths.h"
 
@@ -18,13 +19,6 @@ namespace {
 
 constexpr int kPollMs = 20;
 constexpr int kStopTimeoutMs = 5000;
-
-QString Quoted(const QString& value) {
-    QString escaped = value;
-    escaped.replace(u'\\', QStringLiteral("\\\\"));
-    escaped.replace(u'"', QStringLiteral("\\\""));
-    return u'"' + escaped + u'"';
-}
 
 QString Unquoted(const QString& value) {
     QString plain;
@@ -137,15 +131,18 @@ QString EmbeddedPlayer::ConfigText() const {
         "# at it, restart the player and update its database (for example \"mpc update\").\n"
         "# Keep bind_to_address and pid_file: Pelorin finds and stops its player through them.\n"
         "\n");
-    text += QStringLiteral("music_directory %1\n").arg(Quoted(DefaultMusicDirectory()));
+    text += QStringLiteral("music_directory %1\n").arg(QuotedConfigValue(DefaultMusicDirectory()));
+    text += QStringLiteral("playlist_directory %1\n")
+                .arg(QuotedConfigValue(state + QStringLiteral("/playlists")));
     text +=
-        QStringLiteral("playlist_directory %1\n").arg(Quoted(state + QStringLiteral("/playlists")));
-    text += QStringLiteral("db_file %1\n").arg(Quoted(state + QStringLiteral("/database")));
-    text += QStringLiteral("state_file %1\n").arg(Quoted(state + QStringLiteral("/state")));
-    text += QStringLiteral("sticker_file %1\n").arg(Quoted(state + QStringLiteral("/sticker.sql")));
-    text += QStringLiteral("pid_file %1\n").arg(Quoted(state + QStringLiteral("/pid")));
-    text += QStringLiteral("log_file %1\n").arg(Quoted(state + QStringLiteral("/log")));
-    text += QStringLiteral("bind_to_address %1\n").arg(Quoted(socket));
+        QStringLiteral("db_file %1\n").arg(QuotedConfigValue(state + QStringLiteral("/database")));
+    text +=
+        QStringLiteral("state_file %1\n").arg(QuotedConfigValue(state + QStringLiteral("/state")));
+    text += QStringLiteral("sticker_file %1\n")
+                .arg(QuotedConfigValue(state + QStringLiteral("/sticker.sql")));
+    text += QStringLiteral("pid_file %1\n").arg(QuotedConfigValue(state + QStringLiteral("/pid")));
+    text += QStringLiteral("log_file %1\n").arg(QuotedConfigValue(state + QStringLiteral("/log")));
+    text += QStringLiteral("bind_to_address %1\n").arg(QuotedConfigValue(socket));
     text += QStringLiteral("metadata_to_use \"+comment\"\n");
     text += QStringLiteral("auto_update \"yes\"\n");
     text += QStringLiteral("restore_paused \"yes\"\n");
