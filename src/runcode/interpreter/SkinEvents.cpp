@@ -1,6 +1,5 @@
 #include "runcode/interpreter/SkinEvents.h"
 
-#include "runcode/effects/InteractionFlag.h"
 #include "shell/rules/TextRules.h"
 #include "shell/rules/VbError.h"
 
@@ -32,22 +31,6 @@ void SkinEvents::CheckEvent(const QString& CurEvent, const RunCodeFunction& runC
         runCode(code);
         if (i < m_events.size())
             m_events[i].Code = code;
-    }
-}
-
-void SkinEvents::AddInteraction(const QString& code) {
-    if (m_interactions.size() >= std::numeric_limits<std::int16_t>::max())
-        throw VbError::Overflow();
-    m_interactions.append(code);
-}
-
-void SkinEvents::RunInterActionCode(InteractionFlag& flag, const RunCodeFunction& runCode) {
-    flag.Raise();
-    for (qsizetype i = 0; i < m_interactions.size(); ++i) {
-        QString code = m_interactions[i];
-        runCode(code);
-        if (i < m_interactions.size())
-            m_interactions[i] = code;
     }
 }
 

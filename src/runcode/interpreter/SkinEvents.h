@@ -8,8 +8,6 @@
 
 namespace Pelorin {
 
-class InteractionFlag;
-
 // The codes a skin attaches to occasions other than clicks: named player events ("event" lines:
 // "newsong", "stopsong", "databasechanged"; any other name is kept and never fires) and user
 // interactions ("anyinteraction" lines). Filled while the skin file is read, in file order, and
@@ -39,18 +37,9 @@ public:
     // The grown table; it may hold one record more than EventCount after a failed declaration.
     const QList<EventRecord>& Events() const { return m_events; }
 
-    // An "anyinteraction" line's code, appended to the interaction list.
-    void AddInteraction(const QString& code);
-    const QStringList& Interactions() const { return m_interactions; }
-
-    // A press on the window or one of its elements: raises the interaction flag (even when no
-    // code is listed; only a running fade lowers it again) and runs every interaction code.
-    void RunInterActionCode(InteractionFlag& flag, const RunCodeFunction& runCode);
-
 private:
     QList<EventRecord> m_events;
     std::int16_t m_eventCount = 0;
-    QStringList m_interactions;
 };
 
 } // namespace Pelorin

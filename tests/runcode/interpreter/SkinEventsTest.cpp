@@ -4,7 +4,6 @@
 
 #include "RecordingRunCodeHost.h"
 #include "player/memory/MemoryPlayer.h"
-#include "runcode/effects/InteractionFlag.h"
 #include "runcode/interpreter/CommandInterpreter.h"
 #include "shell/rules/TextRules.h"
 #include "shell/rules/VbError.h"
@@ -96,30 +95,6 @@ TEST(SkinEvents, ACompoundCodeInTheTableLosesItsOpeningBracesWhenItRuns) {
     EXPECT_EQ(player.SoundVolume(), 12);
     events.CheckEvent(QStringLiteral("databasechanged"), run);
     EXPECT_EQ(player.SoundVolume(), 14);
-}
-
-TEST(InteractionCodes, EveryPressRaisesTheFlagAndRunsTheCodesInOrder) {
-    SkinEvents events;
-    events.AddInteraction(QStringLiteral("one"));
-    events.AddInteraction(QStringLiteral("two"));
-    InteractionFlag flag;
-    CodeLog log;
-    events.RunInterActionCode(flag, log.Runner());
-    EXPECT_TRUE(flag.IsRaised());
-    EXPECT_EQ(log.ran, (QStringList{QStringLiteral("one"), QStringLiteral("two")}));
-}
-
-TEST(InteractionCodes, TheFlagIsRaisedWithoutCodesAndStaysRaisedUntilAFadeTakesIt) {
-    SkinEvents events;
-    InteractionFlag flag;
-    CodeLog log;
-    events.RunInterActionCode(flag, log.Runner());
-    EXPECT_TRUE(log.ran.isEmpty());
-    EXPECT_TRUE(flag.IsRaised());
-    events.RunInterActionCode(flag, log.Runner());
-    EXPECT_TRUE(flag.IsRaised());
-    EXPECT_TRUE(flag.Take());
-    EXPECT_FALSE(flag.IsRaised());
 }
 
 TEST(TimedRules, SecondsReadsATracksTime) {
