@@ -2,8 +2,9 @@
 
 #include "VbError.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 
 namespace Pelorin::Rules {
@@ -70,7 +71,21 @@ qsizetype ScanNumber(QStringView text, qsizetype pos, double& value) {
     }
     if (digits == 0)
         return 0;
-    value = std::strtod(latin.constData(), nullptr);
+    // from_chars reads the C grammar whatever the process locale: Qt sets the user's locale at
+    // start-up, and under a decimal-comma locale strtod would read "1.25" as 1.
+    const char* first = latin.constData();
+    if (*first == '+')
+        ++first;
+    const auto result = std::from_chars(first, latin.constData() + latin.size(), value);
+    if (result.ec == std::errc::result_out_of_range) {
+        // Too large in magnitude when a whole digit other than 0 precedes the point, too small
+        // otherwise: the values strtod gave.
+        const qsizetype point = latin.indexOf('.');
+        const QByteArray whole = point < 0 ? latin : latin.left(point);
+        const bool huge =
+            std::any_of(whole.begin(), whole.end(), [](char c) { return c >= '1' && c <= '9'; });
+        value = (latin.startsWith('-') ? -1.0 : 1.0) * (huge ? HUGE_VAL : 0.0);
+    }
     return pos - start;
 }
 
