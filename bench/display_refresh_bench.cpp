@@ -2,9 +2,9 @@
 // template, measured in its font, the scrolling ones given their lead; then one progress tick,
 // one scroll step and the stars. Also one scroll step and one progress tick on their own, the
 // work the two timers do between refreshes.
-#include "display/MemoryDisplayHost.h"
 #include "display/TrackDisplay.h"
-#include "player/memory/MemoryPlayer.h"
+#include "support/display/MemoryDisplayHost.h"
+#include "support/player/memory/MemoryPlayer.h"
 
 #include <QGuiApplication>
 #include <benchmark/benchmark.h>

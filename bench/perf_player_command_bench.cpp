@@ -12,7 +12,7 @@
 #include "player/link/PlayerApplication.h"
 #include "player/link/PlayerLink.h"
 #include "player/link/PlayerLinkClient.h"
-#include "runcode/interpreter/CommandInterpreter.h"
+#include "runcode/CommandInterpreter.h"
 
 #include <QCoreApplication>
 #include <benchmark/benchmark.h>

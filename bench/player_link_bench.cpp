@@ -6,7 +6,7 @@
 #include "player/link/PlayerApplication.h"
 #include "player/link/PlayerLink.h"
 #include "player/link/PlayerLinkClient.h"
-#include "player/memory/MemoryPlayer.h"
+#include "support/player/memory/MemoryPlayer.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,8 +1,8 @@
 // How many ten-command compound codes RunCode gets through per second against the in-memory
 // player (the interpreter's own cost: splitting, matching, the double run of the whole text).
 #include "RecordingRunCodeHost.h"
-#include "player/memory/MemoryPlayer.h"
-#include "runcode/interpreter/CommandInterpreter.h"
+#include "runcode/CommandInterpreter.h"
+#include "support/player/memory/MemoryPlayer.h"
 
 #include <QCoreApplication>
 #include <benchmark/benchmark.h>

@@ -6,9 +6,9 @@
 // playing, bit 3 the track is deleted while the command lets messages run, bit 4 the window
 // closes meanwhile. The rest is the code, as UTF-8.
 #include "RecordingRunCodeHost.h"
-#include "player/memory/MemoryPlayer.h"
-#include "runcode/interpreter/CommandInterpreter.h"
-#include "runcode/interpreter/SkinEvents.h"
+#include "runcode/CommandInterpreter.h"
+#include "runcode/SkinEvents.h"
+#include "support/player/memory/MemoryPlayer.h"
 
 #include <QCoreApplication>
 #include <QtGlobal>

@@ -1,8 +1,8 @@
 // Feeds arbitrary bytes through everything a skin file meets before any window exists: decoding,
 // line splitting, the line grammar and ProcessLine on a model. Any crash, hang, sanitizer report
 // or broken invariant is a finding.
-#include "shell/rules/TextFile.h"
-#include "shell/rules/VbError.h"
+#include "base/TextFile.h"
+#include "base/VbError.h"
 #include "skin/SkinHost.h"
 #include "skin/SkinLine.h"
 #include "skin/SkinLineProcessor.h"

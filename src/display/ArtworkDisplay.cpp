@@ -1,9 +1,9 @@
 #include "display/ArtworkDisplay.h"
 
+#include "base/ProgramPaths.h"
 #include "display/DisplayHost.h"
 #include "display/DisplayPlayer.h"
-#include "shell/platform/PictureLoader.h"
-#include "shell/settings/ProgramPaths.h"
+#include "platform/PictureLoader.h"
 
 #include <cstdio>
 

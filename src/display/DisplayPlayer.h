@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/VbError.h"
 #include "display/DisplayHost.h"
 #include "player/IiTunes.h"
-#include "shell/rules/VbError.h"
 
 #include <memory>
 

@@ -1,10 +1,10 @@
 #include "display/ProgressBar.h"
 
+#include "base/TextRules.h"
 #include "display/DisplayHost.h"
 #include "display/DisplayPlayer.h"
 #include "display/TagTemplate.h"
-#include "shell/platform/MessageBox.h"
-#include "shell/rules/TextRules.h"
+#include "platform/MessageBox.h"
 #include "skin/SkinModel.h"
 
 #include <algorithm>

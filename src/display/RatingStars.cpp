@@ -1,11 +1,11 @@
 #include "display/RatingStars.h"
 
+#include "base/FileNames.h"
+#include "base/TextRules.h"
 #include "display/DisplayHost.h"
 #include "display/DisplayPlayer.h"
-#include "shell/platform/MessageBox.h"
-#include "shell/platform/PictureLoader.h"
-#include "shell/rules/FileNames.h"
-#include "shell/rules/TextRules.h"
+#include "platform/MessageBox.h"
+#include "platform/PictureLoader.h"
 #include "skin/SkinModel.h"
 
 #include <QHash>

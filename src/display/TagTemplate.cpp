@@ -1,7 +1,7 @@
 #include "display/TagTemplate.h"
 
+#include "base/TextRules.h"
 #include "display/TimeText.h"
-#include "shell/rules/TextRules.h"
 
 namespace Pelorin {
 

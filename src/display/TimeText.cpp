@@ -1,6 +1,6 @@
 #include "display/TimeText.h"
 
-#include "shell/rules/TextRules.h"
+#include "base/TextRules.h"
 
 namespace Pelorin {
 

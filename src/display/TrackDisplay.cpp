@@ -1,13 +1,13 @@
 #include "display/TrackDisplay.h"
 
+#include "base/TextRules.h"
+#include "base/VbError.h"
 #include "display/DisplayHost.h"
 #include "display/DisplayPlayer.h"
 #include "display/LabelMeasurer.h"
 #include "display/TagTemplate.h"
 #include "display/TrackValues.h"
-#include "shell/platform/MessageBox.h"
-#include "shell/rules/TextRules.h"
-#include "shell/rules/VbError.h"
+#include "platform/MessageBox.h"
 #include "skin/SkinModel.h"
 
 #include <exception>

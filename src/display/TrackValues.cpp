@@ -1,7 +1,7 @@
 #include "display/TrackValues.h"
 
+#include "base/VbError.h"
 #include "player/IiTunes.h"
-#include "shell/rules/VbError.h"
 
 #include <QLocale>
 

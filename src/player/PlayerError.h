@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/rules/VbError.h"
+#include "base/VbError.h"
 
 #include <QString>
 

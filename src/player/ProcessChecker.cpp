@@ -1,6 +1,6 @@
 #include "player/ProcessChecker.h"
 
-#include "shell/rules/TextRules.h"
+#include "base/TextRules.h"
 
 #include <QFile>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #include "player/TrackProperty.h"
 
-#include "shell/rules/TextRules.h"
-#include "shell/rules/VbError.h"
+#include "base/TextRules.h"
+#include "base/VbError.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 #include "SkinLineProcessor.h"
 
-#include "shell/rules/FileNames.h"
-#include "shell/rules/TextRules.h"
+#include "base/FileNames.h"
+#include "base/TextRules.h"
 #include "skin/SkinHost.h"
 #include "skin/SkinLine.h"
 

@@ -1,8 +1,8 @@
 #include "SkinLint.h"
 
-#include "shell/rules/FileNames.h"
-#include "shell/rules/TextFile.h"
-#include "shell/rules/VbError.h"
+#include "base/FileNames.h"
+#include "base/TextFile.h"
+#include "base/VbError.h"
 #include "skin/SkinHost.h"
 #include "skin/SkinLineProcessor.h"
 #include "skin/SkinModel.h"

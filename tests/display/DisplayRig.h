@@ -1,12 +1,12 @@
 #pragma once
 
 #include "display/LabelMeasurer.h"
-#include "display/MemoryDisplayHost.h"
 #include "display/TrackDisplay.h"
-#include "player/memory/MemoryPlayer.h"
-#include "shell/platform/PictureLoader.h"
+#include "platform/PictureLoader.h"
 #include "skin/SkinHost.h"
 #include "skin/SkinLineProcessor.h"
+#include "support/display/MemoryDisplayHost.h"
+#include "support/player/memory/MemoryPlayer.h"
 
 #include <QBuffer>
 #include <QColor>

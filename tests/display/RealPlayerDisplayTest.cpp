@@ -2,8 +2,8 @@
 // taken from real files, rating and seeking that the player carries out.
 #include "DisplayRig.h"
 #include "PlayerDaemonFixture.h"
+#include "base/TextRules.h"
 #include "player/daemon/DaemonPlayer.h"
-#include "shell/rules/TextRules.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

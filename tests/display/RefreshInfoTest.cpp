@@ -1,5 +1,5 @@
 #include "DisplayRig.h"
-#include "shell/rules/VbError.h"
+#include "base/VbError.h"
 
 #include <QLocale>
 

@@ -1,6 +1,6 @@
 #include "display/TimeText.h"
 
-#include "shell/rules/VbError.h"
+#include "base/VbError.h"
 
 #include <gtest/gtest.h>
 

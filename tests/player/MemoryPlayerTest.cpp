@@ -1,4 +1,4 @@
-#include "player/memory/MemoryPlayer.h"
+#include "support/player/memory/MemoryPlayer.h"
 
 #include "player/IITFileOrCDTrack.h"
 

@@ -1,5 +1,5 @@
 #include "player/TrackTime.h"
-#include "player/memory/MemoryPlayer.h"
+#include "support/player/memory/MemoryPlayer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include "player/daemon/DaemonArtwork.h"
 
+#include "base/VbError.h"
 #include "player/daemon/DaemonCollection.h"
 #include "player/daemon/DaemonSession.h"
 #include "player/daemon/TagFile.h"
-#include "shell/rules/VbError.h"
 
 #include <QSaveFile>
 #include <mpd/client.h>

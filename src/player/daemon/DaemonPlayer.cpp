@@ -1,5 +1,7 @@
 #include "player/daemon/DaemonPlayer.h"
 
+#include "base/TextRules.h"
+#include "base/VbError.h"
 #include "player/ProcessChecker.h"
 #include "player/daemon/DaemonCollection.h"
 #include "player/daemon/DaemonConnection.h"
@@ -7,8 +9,6 @@
 #include "player/daemon/DaemonQueries.h"
 #include "player/daemon/DaemonSession.h"
 #include "player/daemon/DaemonTrack.h"
-#include "shell/rules/TextRules.h"
-#include "shell/rules/VbError.h"
 
 #include <algorithm>
 #include <csignal>

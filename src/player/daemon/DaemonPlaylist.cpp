@@ -1,10 +1,10 @@
 #include "player/daemon/DaemonPlaylist.h"
 
+#include "base/VbError.h"
 #include "player/daemon/DaemonCollection.h"
 #include "player/daemon/DaemonQueries.h"
 #include "player/daemon/DaemonSession.h"
 #include "player/daemon/DaemonTrack.h"
-#include "shell/rules/VbError.h"
 
 #include <QSet>
 #include <mpd/client.h>

@@ -1,7 +1,7 @@
 #include "player/daemon/DaemonQueries.h"
 
+#include "base/TextRules.h"
 #include "player/daemon/DaemonSession.h"
-#include "shell/rules/TextRules.h"
 
 #include <QSet>
 #include <mpd/client.h>

@@ -1,6 +1,6 @@
 #include "player/daemon/DaemonSession.h"
 
-#include "shell/rules/VbError.h"
+#include "base/VbError.h"
 
 #include <mpd/client.h>
 

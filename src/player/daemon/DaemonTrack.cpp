@@ -1,12 +1,12 @@
 #include "player/daemon/DaemonTrack.h"
 
+#include "base/TextRules.h"
 #include "player/PlayerError.h"
 #include "player/TrackTime.h"
 #include "player/daemon/DaemonArtwork.h"
 #include "player/daemon/DaemonQueries.h"
 #include "player/daemon/DaemonSession.h"
 #include "player/daemon/TagFile.h"
-#include "shell/rules/TextRules.h"
 
 #include <QFile>
 #include <QFileInfo>

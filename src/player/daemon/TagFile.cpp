@@ -1,6 +1,6 @@
 #include "player/daemon/TagFile.h"
 
-#include "shell/rules/VbError.h"
+#include "base/VbError.h"
 
 #include <QDateTime>
 #include <QFile>

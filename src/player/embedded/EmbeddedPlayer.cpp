@@ -1,8 +1,8 @@
 #include "player/embedded/EmbeddedPlayer.h"
 
 #include "ConfigValue.h"
+#include "base/ProgramPaths.h"
 #include "player/embedded/LocalProbe.h"
-#include "shell/settings/ProgramPaths.h"
 
 #include <QDir>
 #include <QFile>

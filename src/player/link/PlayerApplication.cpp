@@ -1,6 +1,6 @@
 #include "player/link/PlayerApplication.h"
 
-#include "shell/rules/VbError.h"
+#include "base/VbError.h"
 
 namespace Pelorin {
 

@@ -4,7 +4,7 @@
 #include "player/daemon/DaemonPlayer.h"
 #include "player/embedded/EmbeddedPlayer.h"
 #include "player/link/PlayerApplication.h"
-#include "shell/app/PlayerControl.h"
+#include "player/link/PlayerControl.h"
 
 #include <QString>
 #include <memory>

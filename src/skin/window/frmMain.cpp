@@ -4,16 +4,16 @@
 
 #include "SkinControls.h"
 #include "VbTimer.h"
-#include "runcode/effects/EffectPacing.h"
-#include "shell/platform/MessageBox.h"
-#include "shell/platform/PictureLoader.h"
-#include "shell/platform/WindowSystem.h"
-#include "shell/rules/TextFile.h"
-#include "shell/rules/TextRules.h"
-#include "shell/rules/VbError.h"
-#include "shell/settings/PositionFile.h"
+#include "base/PositionFile.h"
+#include "base/TextFile.h"
+#include "base/TextRules.h"
+#include "base/VbError.h"
+#include "platform/MessageBox.h"
+#include "platform/PictureLoader.h"
+#include "platform/WindowSystem.h"
 #include "skin/SkinLineProcessor.h"
 #include "skin/SkinLint.h"
+#include "skin/window/effects/EffectPacing.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -2,13 +2,13 @@
 
 #include "SkinWindowServices.h"
 #include "WindowMover.h"
-#include "runcode/effects/EffectWindow.h"
-#include "runcode/effects/InteractionFlag.h"
-#include "runcode/effects/WindowEffects.h"
-#include "shell/app/SkinWindow.h"
-#include "shell/platform/WindowStyling.h"
+#include "platform/WindowStyling.h"
 #include "skin/SkinHost.h"
 #include "skin/SkinModel.h"
+#include "skin/window/SkinWindow.h"
+#include "skin/window/effects/EffectWindow.h"
+#include "skin/window/effects/InteractionFlag.h"
+#include "skin/window/effects/WindowEffects.h"
 
 #include <QHash>
 #include <QImage>

@@ -3,11 +3,11 @@
 #include "SkinControls.h"
 #include "VbTimer.h"
 #include "WindowShape.h"
+#include "base/PositionFile.h"
+#include "base/TextRules.h"
 #include "frmMain.h"
-#include "shell/platform/MessageBox.h"
-#include "shell/platform/WindowSystem.h"
-#include "shell/rules/TextRules.h"
-#include "shell/settings/PositionFile.h"
+#include "platform/MessageBox.h"
+#include "platform/WindowSystem.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>

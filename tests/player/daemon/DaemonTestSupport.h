@@ -3,8 +3,8 @@
 // Shared by the daemon backend's tests: a real daemon from the fixture, the backend connected to
 // it, a recorder of the backend's events and a way to wait for them.
 #include "PlayerDaemonFixture.h"
+#include "base/VbError.h"
 #include "player/daemon/DaemonPlayer.h"
-#include "shell/rules/VbError.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

@@ -7,7 +7,7 @@
 #include "player/link/PlayerApplication.h"
 #include "player/link/PlayerLauncher.h"
 #include "player/link/PlayerLinkClient.h"
-#include "player/memory/MemoryPlayer.h"
+#include "support/player/memory/MemoryPlayer.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

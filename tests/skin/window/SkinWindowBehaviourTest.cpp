@@ -2,8 +2,8 @@
 // alpha, stacking, shape and glass as the X server sees them, the desktop, moving, the
 // remembered position, single instance, activation, closing and the effects.
 #include "SkinWindowFixture.h"
-#include "runcode/effects/EffectPacing.h"
-#include "shell/platform/WindowStyling.h"
+#include "platform/WindowStyling.h"
+#include "skin/window/effects/EffectPacing.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

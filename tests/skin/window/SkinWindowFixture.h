@@ -5,9 +5,9 @@
 // a skin window takes.
 #include "StderrCapture.h"
 #include "X11Probe.h"
-#include "shell/app/FormsRegistry.h"
-#include "shell/platform/WindowSystem.h"
-#include "shell/rules/VbError.h"
+#include "app/FormsRegistry.h"
+#include "base/VbError.h"
+#include "platform/WindowSystem.h"
 #include "skin/window/SkinControls.h"
 #include "skin/window/VbTimer.h"
 #include "skin/window/frmMain.h"

@@ -1,12 +1,12 @@
 // Start-up and the skin window operations with real skin windows on the X server: the place a
 // command line gives, the deskband host, and what closing the last window does.
 #include "SkinWindowFixture.h"
-#include "shell/app/InstanceLock.h"
-#include "shell/app/MenusForm.h"
-#include "shell/app/PlayerControl.h"
-#include "shell/app/Shell.h"
-#include "shell/settings/ProgramPaths.h"
-#include "shell/settings/Settings.h"
+#include "app/InstanceLock.h"
+#include "app/MenusForm.h"
+#include "app/Shell.h"
+#include "base/ProgramPaths.h"
+#include "base/Settings.h"
+#include "player/link/PlayerControl.h"
 
 using namespace Pelorin;
 using namespace Pelorin::Testing;

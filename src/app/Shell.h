@@ -1,0 +1,74 @@
+#pragma once
+
+#include "FormsRegistry.h"
+#include "skin/window/SkinWindow.h"
+
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+namespace Pelorin {
+
+class Settings;
+class InstanceLock;
+class PlayerControl;
+class ProgramPaths;
+
+// The start-up module: reads the command line, chooses and opens skin windows, switches and
+// closes them, and ends the program when the last skin window goes.
+class Shell {
+public:
+    struct Services {
+        Settings& settings;
+        FormsRegistry& forms;
+        InstanceLock& instanceLock;
+        SkinWindowFactory& skinWindows;
+        PlayerControl& player;
+        const ProgramPaths& paths;
+        // Creates and registers the hidden menu form (tray icon and menus).
+        std::function<Form*()> loadMenus;
+        // Lets pending window messages run once.
+        std::function<void()> processEvents;
+        // Ends the program at once: settings flushed, no further handlers.
+        std::function<void()> endProgram;
+        // Opens a document or starts a program; false when the desktop could not.
+        std::function<bool(const QString& file, const QString& parameters)> openExternal;
+    };
+
+    explicit Shell(Services services);
+
+    void Main(const QString& commandLine);
+
+    SkinWindow* OpenSkinWindow(const QString& curPath, std::int16_t left, std::int16_t top,
+                               bool isDeskbar);
+    void SwitchSkin(const QString& skinName);
+    void CloseAllWindows();
+    int FrmMainCount() const;
+    void OpenSkinFromCommandLine(const QString& commandLine);
+    void OpenDeskbandSkin(quint64 ownerHwnd);
+    // Opens "iTunes" (the player) or a document or program. False when that failed.
+    bool ShellOpen(const QString& fileName, const QString& command);
+    bool IsPlayerRunning() const;
+
+    // The shell's part of closing a skin window, after the window ran its own unload steps and
+    // while it is still counted: the last one takes the menus with it, may quit the player and
+    // ends the program.
+    void SkinWindowUnloading(SkinWindow& window);
+
+    bool DeskbandMode() const { return m_deskbandMode; }
+    bool SwitchingSkin() const { return m_switchingSkin; }
+    Form* Menus() const { return m_menus; }
+
+    static constexpr std::int16_t NotGiven = -99;
+
+private:
+    void UnloadAllForms();
+    void LoadMenus();
+
+    Services m_services;
+    bool m_deskbandMode = false;
+    bool m_switchingSkin = false;
+    Form* m_menus = nullptr;
+};
+
+} // namespace Pelorin

@@ -1,0 +1,75 @@
+#include "PictureLoader.h"
+
+#include "base/VbError.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImageReader>
+#include <cstdio>
+
+namespace Pelorin {
+
+namespace {
+
+// Formats that Qt decodes itself. Naming the format spares the reader from loading every image
+// plugin just to sniff the file, which is most of a skin's start-up cost.
+bool IsBuiltInFormat(const QByteArray& suffix) {
+    static const QByteArrayList formats{"png", "bmp", "ppm", "pgm", "pbm", "xpm", "xbm"};
+    return formats.contains(suffix);
+}
+
+void SetUp(QImageReader& reader) {
+    // Decoders that do not report a size up front are held to the same limit while decoding.
+    reader.setAllocationLimit(static_cast<int>(MaxPicturePixels * 4 / (1024 * 1024)));
+}
+
+// The picture, or a null image when the reader cannot decode it; throws for a picture larger
+// than the limit.
+QImage Read(QImageReader& reader, const QString& fullFileName) {
+    const QSize size = reader.size();
+    if (size.isValid() && static_cast<qint64>(size.width()) * size.height() > MaxPicturePixels) {
+        const QByteArray line =
+            QStringLiteral("Pelorin: %1: a picture of %2 x %3 pixels is larger than the limit of "
+                           "%4 pixels")
+                .arg(QDir::toNativeSeparators(fullFileName))
+                .arg(size.width())
+                .arg(size.height())
+                .arg(MaxPicturePixels)
+                .toLocal8Bit();
+        std::fprintf(stderr, "%s\n", line.constData());
+        std::fflush(stderr);
+        throw VbError::CannotLoadFile();
+    }
+    QImage image;
+    if (!reader.read(&image))
+        return {};
+    return image;
+}
+
+} // namespace
+
+QImage LoadPicture(const QString& fullFileName) {
+    QImage image;
+    const QByteArray suffix = QFileInfo(fullFileName).suffix().toLower().toLatin1();
+    if (IsBuiltInFormat(suffix)) {
+        QImageReader named(fullFileName, suffix);
+        named.setAutoDetectImageFormat(false);
+        SetUp(named);
+        image = Read(named, fullFileName);
+    }
+    if (image.isNull()) {
+        // Any other format, or a file whose name does not tell what it holds.
+        QImageReader reader(fullFileName);
+        SetUp(reader);
+        image = Read(reader, fullFileName);
+    }
+    if (image.isNull())
+        throw VbError::CannotLoadFile();
+    const QImage converted = image.convertToFormat(
+        image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    if (converted.isNull())
+        throw VbError::CannotLoadFile();
+    return converted;
+}
+
+} // namespace Pelorin

@@ -1,0 +1,338 @@
+#include "runcode/CommandInterpreter.h"
+
+#include "base/TextRules.h"
+#include "base/VbError.h"
+#include "player/IITFileOrCDTrack.h"
+#include "player/IITPlaylist.h"
+#include "player/IiTunes.h"
+#include "player/PlayerError.h"
+#include "runcode/PlayerAccess.h"
+#include "runcode/RunCodeHost.h"
+
+#include <QFileInfo>
+#include <exception>
+
+namespace Pelorin {
+
+namespace {
+
+// Ignoring case, as every prefix test of the language does.
+constexpr int TextCompare = 1;
+
+// The position skin window creation reads as "not given".
+constexpr std::int16_t PositionNotGiven = -99;
+
+bool Begins(const QString& text, QStringView word) {
+    return Rules::IsLeft(text, word, TextCompare);
+}
+
+// The argument of a prefix command: the text between the first "=" and the next one (or the
+// end). Without "=" there is none, which fails as a missing subscript.
+QString Argument(const QString& TheCode) {
+    return Rules::Field(Rules::SplitFirstFields(TheCode, 2, u'='), 1);
+}
+
+QString Description(const std::exception& error) {
+    return QString::fromLocal8Bit(error.what());
+}
+
+} // namespace
+
+CommandInterpreter::CommandInterpreter(RunCodeHost& host) : m_host(host), m_tracks(host) {}
+
+void CommandInterpreter::RunCodeText(const QString& code) {
+    QString copy = code;
+    RunCode(copy);
+}
+
+void CommandInterpreter::RunCode(QString& TheCode) {
+    // Nothing runs while the player refuses commands, not even window commands; a compound
+    // code beeps once, before it is split.
+    if (!m_host.COMCallsEnabled()) {
+        m_host.Beep();
+        return;
+    }
+    try {
+        if (TheCode.isEmpty())
+            return;
+        if (TheCode.contains(u'}') || TheCode.contains(u'{')) {
+            TheCode.remove(u'{');
+            // Each piece is a call of its own with its own error handling, so a failing piece
+            // does not stop the ones after it. No piece holds a brace any more.
+            const QStringList pieces = Rules::SplitFields(TheCode, u'}');
+            for (QString piece : pieces)
+                RunCode(piece);
+            // The whole text is matched as well, on purpose: see the class comment.
+        }
+        RunCommand(TheCode);
+    } catch (const VbError& error) {
+        ReportError(TheCode, error.description());
+    } catch (const std::exception& error) {
+        ReportError(TheCode, Description(error));
+    }
+}
+
+void CommandInterpreter::RunCommand(const QString& TheCode) {
+    if (RunBareWord(Rules::LowerCase(TheCode)))
+        return;
+    RunSuffixAndPrefixCommands(TheCode);
+}
+
+bool CommandInterpreter::RunBareWord(const QString& word) {
+    using Action = void (*)(CommandInterpreter&);
+    struct BareWord {
+        QLatin1String word;
+        Action action;
+    };
+    // In this order; the first match wins.
+    static const BareWord table[] = {
+        {QLatin1String("playpause"),
+         [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).PlayPause(); }},
+        {QLatin1String("play"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).Play(); }},
+        {QLatin1String("pause"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).Pause(); }},
+        {QLatin1String("stop"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).Stop(); }},
+        {QLatin1String("previoustrack"),
+         [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).PreviousTrack(); }},
+        {QLatin1String("nexttrack"),
+         [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).NextTrack(); }},
+        {QLatin1String("quit"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).Quit(); }},
+        {QLatin1String("delete"),
+         [](CommandInterpreter& c) {
+             PlayerAccess::CurrentTrack(PlayerAccess::R(c.m_host))->Delete();
+         }},
+        {QLatin1String("deletecompletely"), [](CommandInterpreter& c) { c.DeleteCompletely(); }},
+        {QLatin1String("showitunes"), [](CommandInterpreter& c) { c.ShowPlayerApp(); }},
+        {QLatin1String("updateipod"),
+         [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).UpdateIPod(); }},
+        {QLatin1String("ejectipod"), [](CommandInterpreter& c) { c.EjectIPod(); }},
+        {QLatin1String("closeprogram"), [](CommandInterpreter& c) { c.CloseProgram(); }},
+        {QLatin1String("show"), [](CommandInterpreter& c) { c.m_host.ShowWindow(); }},
+        {QLatin1String("normaltransparency"),
+         [](CommandInterpreter& c) { c.m_host.NormalTransparency(); }},
+        {QLatin1String("closeskin"), [](CommandInterpreter& c) { c.m_host.UnloadWindow(); }},
+        {QLatin1String("movewindow"), [](CommandInterpreter& c) { c.m_host.MoveWindow(); }},
+        {QLatin1String("fadein"), [](CommandInterpreter& c) { c.m_host.FadeIn(); }},
+        {QLatin1String("fadeclose"), [](CommandInterpreter& c) { c.m_host.FadeClose(); }},
+        {QLatin1String("volumeup"), [](CommandInterpreter& c) { c.VolumeUp(); }},
+        {QLatin1String("volumedown"), [](CommandInterpreter& c) { c.VolumeDown(); }},
+        {QLatin1String("swapartistandalbum"),
+         [](CommandInterpreter& c) { c.SwapArtistAndAlbum(); }},
+        {QLatin1String("swapartistandtitle"),
+         [](CommandInterpreter& c) { c.SwapArtistAndTitle(); }},
+        {QLatin1String("setasstart"), [](CommandInterpreter& c) { c.SetAsStart(); }},
+        {QLatin1String("setasend"), [](CommandInterpreter& c) { c.SetAsEnd(); }},
+    };
+    for (const BareWord& entry : table) {
+        if (word == entry.word) {
+            entry.action(*this);
+            return true;
+        }
+    }
+    return false;
+}
+
+void CommandInterpreter::RunSuffixAndPrefixCommands(const QString& TheCode) {
+    // Not exclusive: every test that matches runs, in this order.
+    if (Rules::LowerCase(TheCode.right(4)) == QLatin1String("star")) {
+        // The first character is the star count; anything else reads as 0.
+        const double stars = Rules::RoundHalfEven(Rules::LeadingNumber(TheCode.left(1)));
+        m_host.imgRatings_Click(static_cast<int>(stars) - 1);
+    }
+    if (Begins(TheCode, u"edittag"))
+        m_tracks.EditTag(TheCode);
+    if (Begins(TheCode, u"showskin"))
+        ShowSkinCode(TheCode);
+    if (Begins(TheCode, u"repeat"))
+        Repeat(Rules::LowerCase(Argument(TheCode)));
+    if (Begins(TheCode, u"shuffle"))
+        Shuffle(Rules::LowerCase(Argument(TheCode)));
+    if (Begins(TheCode, u"reloadtimer"))
+        ReloadTimer(Argument(TheCode));
+    if (Begins(TheCode, u"playplaylist"))
+        m_tracks.PlayPlaylist(Argument(TheCode));
+    if (Begins(TheCode, u"addtoplaylist"))
+        m_tracks.AddToPlaylist(Argument(TheCode));
+    if (Begins(TheCode, u"skip"))
+        Skip(Argument(TheCode));
+    if (Begins(TheCode, u"addtovolume"))
+        AddToVolume(Argument(TheCode));
+}
+
+void CommandInterpreter::ReportError(const QString& TheCode, const QString& description) {
+    bool playerMissing = false;
+    try {
+        playerMissing = m_host.iTunesIsNothing(true);
+    } catch (...) {
+        // The guard answers "usable" when it fails itself.
+    }
+    if (playerMissing) {
+        m_host.Beep();
+        return;
+    }
+    m_host.ShowMessage(QStringLiteral("There was an error in the RunCode procedure: ") + u'\n' +
+                           QStringLiteral("RunCode: ") + TheCode + u'\n' + description,
+                       QStringLiteral("Error!"), RunCodeHost::MessageIcon::Critical);
+}
+
+void CommandInterpreter::ShowSkinCode(const QString& TheCode) {
+    const QStringList fields = Rules::SplitFirstFields(Argument(TheCode), 3, u'|');
+    const QString& skinName = Rules::Field(fields, 0);
+    std::int16_t left = PositionNotGiven;
+    std::int16_t top = PositionNotGiven;
+    if (fields.size() > 1) {
+        const double dx = Rules::LeadingNumber(Rules::Field(fields, 1));
+        const double dy = Rules::LeadingNumber(Rules::Field(fields, 2));
+        left = Rules::ToInt16(m_host.LeftTwips() + Rules::PixelsToTwips(dx));
+        top = Rules::ToInt16(m_host.TopTwips() + Rules::PixelsToTwips(dy));
+    }
+    m_host.OpenSkinWindow(m_host.SkinFolder(skinName), left, top);
+}
+
+void CommandInterpreter::DeleteCompletely() {
+    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(PlayerAccess::R(m_host));
+    std::shared_ptr<IITFileOrCDTrack> fileTrack =
+        std::dynamic_pointer_cast<IITFileOrCDTrack>(track);
+    // A track that is no file (a stream) cannot be taken as one.
+    if (!fileTrack)
+        throw VbError::TypeMismatch();
+    m_host.SetCurrentFileTrack(fileTrack);
+    const QString location = fileTrack->Location();
+    m_tracks.DeleteCurrentTrack();
+    m_host.LetMessagesRun();
+    if (m_host.WindowGone())
+        return;
+    // Only the track's own file goes, and only to the trash: never a folder, never a path the
+    // player could not name.
+    if (location.isEmpty())
+        throw VbError::Player(QStringLiteral(
+            "The track was removed from the library, but the player does not say where its file "
+            "is, so no file was moved to the trash"));
+    if (!QFileInfo(location).isFile())
+        throw VbError::Player(QStringLiteral("The track was removed from the library, but its "
+                                             "file was not moved to the trash: ") +
+                              location + QStringLiteral(" is not a file"));
+    QString error;
+    if (!m_host.MoveToTrash(location, &error))
+        throw VbError::Player(QStringLiteral("The track was removed from the library, but its "
+                                             "file could not be moved to the trash: ") +
+                              location + QStringLiteral(" (") + error + u')');
+}
+
+void CommandInterpreter::EjectIPod() {
+    m_host.SetBusyPointer(true);
+    // The shell reports nothing when the tool cannot be started, and neither does the command.
+    m_host.ShellOpen(m_host.ProgramFolder() + QStringLiteral("/Ostrelli"), QString());
+    m_host.LetMessagesRun();
+    if (m_host.WindowGone())
+        return;
+    m_host.SetBusyPointer(false);
+}
+
+void CommandInterpreter::ShowPlayerApp() {
+    const QString program = m_host.PlayerApp();
+    if (program.trimmed().isEmpty())
+        throw PlayerError::NotSupported(
+            QStringLiteral("showing its window (no program is set as \"PlayerApp\")"));
+    m_host.ShellOpen(program, QString());
+}
+
+void CommandInterpreter::CloseProgram() {
+    m_host.UnloadWindow();
+    m_host.EndProgram();
+}
+
+void CommandInterpreter::VolumeUp() {
+    IiTunes& player = PlayerAccess::R(m_host);
+    if (player.SoundVolume() < 100)
+        player.SetSoundVolume(player.SoundVolume() + 1);
+}
+
+void CommandInterpreter::VolumeDown() {
+    // Stops at 1, unlike VolumeUp, which reaches 100.
+    IiTunes& player = PlayerAccess::R(m_host);
+    if (player.SoundVolume() > 1)
+        player.SetSoundVolume(player.SoundVolume() - 1);
+}
+
+void CommandInterpreter::SwapArtistAndAlbum() {
+    IiTunes& player = PlayerAccess::R(m_host);
+    const QString artist = PlayerAccess::CurrentTrack(player)->Artist();
+    const QString album = PlayerAccess::CurrentTrack(player)->Album();
+    PlayerAccess::CurrentTrack(player)->SetArtist(album);
+    PlayerAccess::CurrentTrack(player)->SetAlbum(artist);
+}
+
+void CommandInterpreter::SwapArtistAndTitle() {
+    IiTunes& player = PlayerAccess::R(m_host);
+    const QString artist = PlayerAccess::CurrentTrack(player)->Artist();
+    const QString name = PlayerAccess::CurrentTrack(player)->Name();
+    PlayerAccess::CurrentTrack(player)->SetArtist(name);
+    PlayerAccess::CurrentTrack(player)->SetName(artist);
+}
+
+void CommandInterpreter::SetAsStart() {
+    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(PlayerAccess::App(m_host));
+    track->SetStart(PlayerAccess::R(m_host).PlayerPosition());
+}
+
+void CommandInterpreter::SetAsEnd() {
+    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(PlayerAccess::App(m_host));
+    track->SetFinish(PlayerAccess::R(m_host).PlayerPosition());
+}
+
+void CommandInterpreter::Repeat(const QString& argument) {
+    int mode = -1;
+    if (argument == QLatin1String("switch")) {
+        const std::shared_ptr<IITPlaylist> playlist =
+            PlayerAccess::Required(PlayerAccess::R(m_host).CurrentPlaylist());
+        mode = (playlist->SongRepeat() + 1) % 3;
+    } else if (argument == QLatin1String("one")) {
+        mode = ITPlaylistRepeatModeOne;
+    } else if (argument == QLatin1String("off")) {
+        mode = ITPlaylistRepeatModeOff;
+    } else if (argument == QLatin1String("all")) {
+        mode = ITPlaylistRepeatModeAll;
+    } else {
+        return;
+    }
+    PlayerAccess::Required(PlayerAccess::R(m_host).CurrentPlaylist())->SetSongRepeat(mode);
+}
+
+void CommandInterpreter::Shuffle(const QString& argument) {
+    bool value = false;
+    if (argument == QLatin1String("switch")) {
+        value = !PlayerAccess::Required(PlayerAccess::R(m_host).CurrentPlaylist())->Shuffle();
+    } else if (argument == QLatin1String("on")) {
+        value = true;
+    } else if (argument == QLatin1String("off")) {
+        value = false;
+    } else {
+        return;
+    }
+    PlayerAccess::Required(PlayerAccess::R(m_host).CurrentPlaylist())->SetShuffle(value);
+}
+
+void CommandInterpreter::ReloadTimer(const QString& argument) {
+    // Control array indexes are 16-bit.
+    const std::int16_t index = Rules::Int16Of(argument);
+    // Element 0 is the design-time template: it exists, never ticks and has nothing to restart.
+    if (index == 0)
+        return;
+    if (index < 0 || !m_host.ReloadTimer(index))
+        throw VbError::ControlArrayElementMissing(index);
+}
+
+void CommandInterpreter::Skip(const QString& argument) {
+    const double seconds = Rules::LeadingNumber(argument);
+    IiTunes& player = PlayerAccess::R(m_host);
+    player.SetPlayerPosition(Rules::ToInt32(player.PlayerPosition() + seconds));
+}
+
+void CommandInterpreter::AddToVolume(const QString& argument) {
+    const double amount = Rules::LeadingNumber(argument);
+    IiTunes& player = PlayerAccess::R(m_host);
+    const int adjustment = PlayerAccess::CurrentTrack(player)->VolumeAdjustment();
+    PlayerAccess::CurrentTrack(player)->SetVolumeAdjustment(Rules::ToInt32(adjustment + amount));
+}
+
+} // namespace Pelorin
