@@ -68,7 +68,7 @@ public:
 
     MemoryPlayer player;
     MemoryDisplayHost host;
-    TrackDisplay display{host};
+    TrackDisplay display{host, host};
 };
 
 void RefreshInfoOfFiftyLabels(benchmark::State& state) {

@@ -88,20 +88,6 @@ public:
     void UnloadAllForms() override {}
 };
 
-// A window's view of the player: its player link (connected at load, with the program's own
-// process check), everything else recorded.
-class LinkedHost final : public Testing::RecordingRunCodeHost {
-public:
-    explicit LinkedHost(PlayerLink& link) : m_link(link) {}
-    IiTunes* iTunesR() override { return m_link.iTunesR(); }
-    bool iTunesIsNothing(bool careForTrack) override {
-        return m_link.iTunesIsNothing(careForTrack);
-    }
-
-private:
-    PlayerLink& m_link;
-};
-
 void RunCodeOnLink(benchmark::State& state, const QString& first, const QString& second) {
     if (!HaveDaemon(state))
         return;
@@ -116,8 +102,10 @@ void RunCodeOnLink(benchmark::State& state, const QString& first, const QString&
         state.SkipWithError("the player link did not connect");
         return;
     }
-    LinkedHost host(link);
-    CommandInterpreter interpreter(host);
+    // The window's player is its player link (connected at load, with the program's own process
+    // check); everything else is recorded.
+    Testing::RecordingRunCodeHost host;
+    CommandInterpreter interpreter(host, link);
     bool odd = true;
     for (auto _ : state) {
         interpreter.RunCodeText(odd ? first : second);

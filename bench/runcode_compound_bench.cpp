@@ -28,7 +28,7 @@ void RunCodeTenCommandCompound(benchmark::State& state) {
     player.Play();
     Testing::RecordingRunCodeHost host(&player);
     host.timerCount = 1;
-    CommandInterpreter interpreter(host);
+    CommandInterpreter interpreter(host, host);
     for (auto _ : state) {
         QString code = kTenCommands;
         interpreter.RunCode(code);

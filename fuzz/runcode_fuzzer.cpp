@@ -74,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if ((situation & 16) != 0)
             host.windowGone = true;
     };
-    CommandInterpreter interpreter(host);
+    CommandInterpreter interpreter(host, host);
 
     QString text = code;
     interpreter.RunCode(text);

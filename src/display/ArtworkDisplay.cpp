@@ -2,14 +2,15 @@
 
 #include "base/ProgramPaths.h"
 #include "display/DisplayHost.h"
-#include "display/DisplayPlayer.h"
 #include "platform/PictureLoader.h"
+#include "player/link/PlayerAccess.h"
 
 #include <cstdio>
 
 namespace Pelorin {
 
-ArtworkDisplay::ArtworkDisplay(DisplayHost& host) : m_host(host) {}
+ArtworkDisplay::ArtworkDisplay(DisplayHost& host, WindowPlayer& player)
+    : m_host(host), m_player(player) {}
 
 QString ArtworkDisplay::ArtworkFile() {
     QString error;
@@ -26,9 +27,9 @@ QString ArtworkDisplay::ArtworkFile() {
 }
 
 void ArtworkDisplay::ShowArtworkIn(int index) {
-    if (m_host.iTunesIsNothing(true))
+    if (m_player.iTunesIsNothing(true))
         return;
-    const auto track = DisplayPlayer::CurrentTrack(DisplayPlayer::Player(m_host));
+    const auto track = PlayerAccess::CurrentTrack(PlayerAccess::R(m_player));
     const auto artwork = track->Artwork();
     if (!artwork)
         throw VbError::ObjectNotSet();

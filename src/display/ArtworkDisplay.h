@@ -5,13 +5,14 @@
 namespace Pelorin {
 
 class DisplayHost;
+class WindowPlayer;
 
 // The cover of the playing track in every ARTWORK image. The player writes the first picture of
 // the track into one file in the user's temporary folder, shared by every window and every
 // ARTWORK image; each window rewrites it only when its track changed.
 class ArtworkDisplay {
 public:
-    explicit ArtworkDisplay(DisplayHost& host);
+    ArtworkDisplay(DisplayHost& host, WindowPlayer& player);
 
     // <temporary folder>tempart.jpg. The name is kept although the picture may be PNG or any
     // other format the player holds; the loader looks at the content, not the name. Throws
@@ -27,6 +28,7 @@ public:
 
 private:
     DisplayHost& m_host;
+    WindowPlayer& m_player;
     int m_lastArtworkTrack = 0;
 };
 

@@ -7,11 +7,11 @@
 
 namespace Pelorin {
 
-class IiTunes;
 class SkinModel;
 
-// What the track display needs from the skin window it fills. The window (frmMain) implements
-// it over its real widgets; MemoryDisplayHost keeps everything in memory for tests.
+// What the track display needs from the skin window it fills; the player comes through the
+// window's WindowPlayer. The window (frmMain) implements it over its real widgets;
+// MemoryDisplayHost keeps everything in memory for tests.
 //
 // Indexes follow the skin's numbering: labels and images from 1 (element 0 is the never-shown
 // model), stars 0 to 4. The display only calls these for indexes that exist in Model().
@@ -23,14 +23,6 @@ public:
     // SkinFolder, HasArtwork, ImagePictures, imgProgress.Tag and the closing flag are read;
     // LabelTexts is written.
     virtual SkinModel& Model() = 0;
-
-    // The guard before player work: true when there is no usable player (or, with careForTrack,
-    // no current track). Connects the window when it is not connected yet.
-    virtual bool iTunesIsNothing(bool careForTrack) = 0;
-    // The window's player reference; null while not connected.
-    virtual IiTunes* iTunesR() = 0;
-    // The one process-wide player object (rating by click goes through it).
-    virtual IiTunes* iTunesApp() = 0;
 
     // The window's plain repaint.
     virtual void Repaint() = 0;

@@ -2,9 +2,9 @@
 
 #include "base/TextRules.h"
 #include "display/DisplayHost.h"
-#include "display/DisplayPlayer.h"
 #include "display/TagTemplate.h"
 #include "platform/MessageBox.h"
+#include "player/link/PlayerAccess.h"
 #include "skin/SkinModel.h"
 
 #include <algorithm>
@@ -21,7 +21,8 @@ int TrackSeconds(IITTrack& track) {
 
 } // namespace
 
-ProgressBar::ProgressBar(DisplayHost& host) : m_host(host) {}
+ProgressBar::ProgressBar(DisplayHost& host, WindowPlayer& player)
+    : m_host(host), m_player(player) {}
 
 void ProgressBar::tmrProgress_Timer(bool hasTimeLabels) {
     try {
@@ -29,12 +30,12 @@ void ProgressBar::tmrProgress_Timer(bool hasTimeLabels) {
             m_host.Unload();
             return;
         }
-        if (m_host.iTunesIsNothing(true))
+        if (m_player.iTunesIsNothing(true))
             return;
         if (hasTimeLabels)
             UpdateRunningTimeLabels();
-        IiTunes& player = DisplayPlayer::Player(m_host);
-        const int length = TrackSeconds(*DisplayPlayer::CurrentTrack(player));
+        IiTunes& player = PlayerAccess::R(m_player);
+        const int length = TrackSeconds(*PlayerAccess::CurrentTrack(player));
         if (length == 0) {
             m_host.SetProgressWidth(0);
             return;
@@ -55,14 +56,14 @@ void ProgressBar::UpdateRunningTimeLabels() {
         // literally, and "[currentposition]" marks a time label without being replaced.
         const QString tag = model.lblInfo[static_cast<std::size_t>(i)].Tag;
         if (TagTemplate::HasCurrentPosition(tag)) {
-            IiTunes& player = DisplayPlayer::Player(m_host);
+            IiTunes& player = PlayerAccess::R(m_player);
             const auto milliseconds =
                 Rules::ToInt32(static_cast<double>(player.PlayerPosition()) * 1000);
             m_host.SetLabelCaption(i, TagTemplate::CurrentPositionCaption(tag, milliseconds));
         }
         if (TagTemplate::HasCurrentRemaining(tag)) {
-            IiTunes& player = DisplayPlayer::Player(m_host);
-            const int length = TrackSeconds(*DisplayPlayer::CurrentTrack(player));
+            IiTunes& player = PlayerAccess::R(m_player);
+            const int length = TrackSeconds(*PlayerAccess::CurrentTrack(player));
             const auto milliseconds =
                 Rules::ToInt32((static_cast<double>(length) - player.PlayerPosition()) * 1000);
             m_host.SetLabelCaption(i, TagTemplate::CurrentRemainingCaption(tag, milliseconds));
@@ -90,13 +91,13 @@ void ProgressBar::Seek(double x) {
     if (fullWidth < 0)
         return;
     const int pixels = Rules::ToInt16(x);
-    if (m_host.iTunesIsNothing(true))
+    if (m_player.iTunesIsNothing(true))
         return;
     // A bar of no width has no place to point at.
     if (fullWidth == 0)
         return;
-    IiTunes& player = DisplayPlayer::Player(m_host);
-    const int length = TrackSeconds(*DisplayPlayer::CurrentTrack(player));
+    IiTunes& player = PlayerAccess::R(m_player);
+    const int length = TrackSeconds(*PlayerAccess::CurrentTrack(player));
     // A drag may leave the bar on either side; the player takes only positions within the track.
     const double seconds =
         std::clamp(length * (pixels / fullWidth), 0.0, static_cast<double>(std::max(length, 0)));

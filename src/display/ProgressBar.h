@@ -5,13 +5,14 @@
 namespace Pelorin {
 
 class DisplayHost;
+class WindowPlayer;
 
 // The progress bar (imgProgress) and its timer: the bar's width follows the playing position,
 // a press or a drag with the left button seeks, and each tick keeps the running-time labels
 // current and finishes a close begun earlier.
 class ProgressBar {
 public:
-    explicit ProgressBar(DisplayHost& host);
+    ProgressBar(DisplayHost& host, WindowPlayer& player);
 
     // The 500 ms tick. `hasTimeLabels`: some label shows a running time. Never throws: any
     // failure ends the tick quietly, leaving the bar and labels as they were.
@@ -28,6 +29,7 @@ private:
     void Seek(double x);
 
     DisplayHost& m_host;
+    WindowPlayer& m_player;
 };
 
 } // namespace Pelorin

@@ -3,9 +3,9 @@
 #include "base/FileNames.h"
 #include "base/TextRules.h"
 #include "display/DisplayHost.h"
-#include "display/DisplayPlayer.h"
 #include "platform/MessageBox.h"
 #include "platform/PictureLoader.h"
+#include "player/link/PlayerAccess.h"
 #include "skin/SkinModel.h"
 
 #include <QHash>
@@ -21,7 +21,8 @@ double NumberOf(const QStringList& fields, qsizetype index) {
 
 } // namespace
 
-RatingStars::RatingStars(DisplayHost& host) : m_host(host) {}
+RatingStars::RatingStars(DisplayHost& host, WindowPlayer& player)
+    : m_host(host), m_player(player) {}
 
 void RatingStars::ShowRatings() {
     const SkinModel& model = m_host.Model();
@@ -41,7 +42,7 @@ void RatingStars::ShowRatings() {
         const QString& unlit = Rules::Field(fields, 5);
         if (unlit != u"NONE") {
             if (!rating)
-                rating = DisplayPlayer::CurrentTrack(DisplayPlayer::Player(m_host))->Rating();
+                rating = PlayerAccess::CurrentTrack(PlayerAccess::R(m_player))->Rating();
             const bool lit = k < *rating / 20.0;
             const QString& name = lit ? Rules::Field(fields, 6) : unlit;
             const QString file = FileNames::InFolder(model.SkinFolder, name);
@@ -58,12 +59,9 @@ void RatingStars::imgRatings_Click(int index) {
     if (index < 0 || index >= StarCount)
         return;
     try {
-        if (m_host.iTunesIsNothing(true))
+        if (m_player.iTunesIsNothing(true))
             return;
-        IiTunes* player = m_host.iTunesApp();
-        if (player == nullptr)
-            throw VbError::ObjectNotSet();
-        DisplayPlayer::CurrentTrack(*player)->SetRating((index + 1) * 20);
+        PlayerAccess::CurrentTrack(PlayerAccess::App(m_player))->SetRating((index + 1) * 20);
     } catch (const VbError& error) {
         MessageBox::Show(error.description(), QStringLiteral("Error!"), MessageBox::Icon::Critical);
     }

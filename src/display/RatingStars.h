@@ -3,6 +3,7 @@
 namespace Pelorin {
 
 class DisplayHost;
+class WindowPlayer;
 
 // The five rating stars (imgRatings(0) to imgRatings(4)) that the skin's "ratingscontrol" line
 // places: they show the current track's rating and set it when clicked.
@@ -10,7 +11,7 @@ class RatingStars {
 public:
     static constexpr int StarCount = 5;
 
-    explicit RatingStars(DisplayHost& host);
+    RatingStars(DisplayHost& host, WindowPlayer& player);
 
     // Places the stars and shows the rating: star k is lit when k is less than rating / 20, so a
     // rating of 50 lights three. With the unlit picture named "NONE" (exactly) the stars are
@@ -25,6 +26,7 @@ public:
 
 private:
     DisplayHost& m_host;
+    WindowPlayer& m_player;
 };
 
 } // namespace Pelorin

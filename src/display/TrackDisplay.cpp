@@ -3,11 +3,11 @@
 #include "base/TextRules.h"
 #include "base/VbError.h"
 #include "display/DisplayHost.h"
-#include "display/DisplayPlayer.h"
 #include "display/LabelMeasurer.h"
 #include "display/TagTemplate.h"
 #include "display/TrackValues.h"
 #include "platform/MessageBox.h"
+#include "player/link/PlayerAccess.h"
 #include "skin/SkinModel.h"
 
 #include <exception>
@@ -28,12 +28,13 @@ void ShowRefreshError(const QString& description) {
 
 } // namespace
 
-TrackDisplay::TrackDisplay(DisplayHost& host)
-    : m_host(host), m_scroller(host), m_progress(host), m_ratings(host), m_artwork(host) {}
+TrackDisplay::TrackDisplay(DisplayHost& host, WindowPlayer& player)
+    : m_host(host), m_player(player), m_scroller(host), m_progress(host, player),
+      m_ratings(host, player), m_artwork(host, player) {}
 
 void TrackDisplay::LoadSong() {
     m_host.Repaint();
-    if (!m_host.iTunesIsNothing(true))
+    if (!m_player.iTunesIsNothing(true))
         RefreshInfo();
 }
 
@@ -43,7 +44,7 @@ void TrackDisplay::RefreshInfo() {
         SkinModel& model = m_host.Model();
         const int labelCount = model.LabelCount();
         if (labelCount > 0) {
-            TrackValues values(m_host.iTunesR());
+            TrackValues values(m_player.iTunesR());
             for (int i = 1; i <= labelCount; ++i)
                 RefreshLabel(i, values);
         }

@@ -11,6 +11,7 @@
 namespace Pelorin {
 
 class DisplayHost;
+class WindowPlayer;
 
 // The track display of one skin window: label templates filled from the playing track, label
 // scrolling, the progress bar, the rating stars and the artwork. The window owns one, gives it
@@ -18,7 +19,7 @@ class DisplayHost;
 // events. Everything runs on the user-interface thread; no handler lets an exception out.
 class TrackDisplay {
 public:
-    explicit TrackDisplay(DisplayHost& host);
+    TrackDisplay(DisplayHost& host, WindowPlayer& player);
 
     // The entry for "the playing track may have changed": repaints the window and, when there
     // is a player with a current track, refreshes everything (RefreshInfo).
@@ -58,6 +59,7 @@ private:
     void ShowArtworkImages();
 
     DisplayHost& m_host;
+    WindowPlayer& m_player;
     LabelScroller m_scroller;
     ProgressBar m_progress;
     RatingStars m_ratings;

@@ -6,7 +6,7 @@
 #include "player/IITPlaylist.h"
 #include "player/IiTunes.h"
 #include "player/PlayerError.h"
-#include "runcode/PlayerAccess.h"
+#include "player/link/PlayerAccess.h"
 #include "runcode/RunCodeHost.h"
 
 #include <QFileInfo>
@@ -38,7 +38,8 @@ QString Description(const std::exception& error) {
 
 } // namespace
 
-CommandInterpreter::CommandInterpreter(RunCodeHost& host) : m_host(host), m_tracks(host) {}
+CommandInterpreter::CommandInterpreter(RunCodeHost& host, WindowPlayer& player)
+    : m_host(host), m_player(player), m_tracks(host, player) {}
 
 void CommandInterpreter::RunCodeText(const QString& code) {
     QString copy = code;
@@ -48,7 +49,7 @@ void CommandInterpreter::RunCodeText(const QString& code) {
 void CommandInterpreter::RunCode(QString& TheCode) {
     // Nothing runs while the player refuses commands, not even window commands; a compound
     // code beeps once, before it is split.
-    if (!m_host.COMCallsEnabled()) {
+    if (!m_player.COMCallsEnabled()) {
         m_host.Beep();
         return;
     }
@@ -87,23 +88,24 @@ bool CommandInterpreter::RunBareWord(const QString& word) {
     // In this order; the first match wins.
     static const BareWord table[] = {
         {QLatin1String("playpause"),
-         [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).PlayPause(); }},
-        {QLatin1String("play"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).Play(); }},
-        {QLatin1String("pause"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).Pause(); }},
-        {QLatin1String("stop"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).Stop(); }},
+         [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).PlayPause(); }},
+        {QLatin1String("play"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).Play(); }},
+        {QLatin1String("pause"),
+         [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).Pause(); }},
+        {QLatin1String("stop"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).Stop(); }},
         {QLatin1String("previoustrack"),
-         [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).PreviousTrack(); }},
+         [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).PreviousTrack(); }},
         {QLatin1String("nexttrack"),
-         [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).NextTrack(); }},
-        {QLatin1String("quit"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).Quit(); }},
+         [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).NextTrack(); }},
+        {QLatin1String("quit"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).Quit(); }},
         {QLatin1String("delete"),
          [](CommandInterpreter& c) {
-             PlayerAccess::CurrentTrack(PlayerAccess::R(c.m_host))->Delete();
+             PlayerAccess::CurrentTrack(PlayerAccess::R(c.m_player))->Delete();
          }},
         {QLatin1String("deletecompletely"), [](CommandInterpreter& c) { c.DeleteCompletely(); }},
         {QLatin1String("showitunes"), [](CommandInterpreter& c) { c.ShowPlayerApp(); }},
         {QLatin1String("updateipod"),
-         [](CommandInterpreter& c) { PlayerAccess::R(c.m_host).UpdateIPod(); }},
+         [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).UpdateIPod(); }},
         {QLatin1String("ejectipod"), [](CommandInterpreter& c) { c.EjectIPod(); }},
         {QLatin1String("closeprogram"), [](CommandInterpreter& c) { c.CloseProgram(); }},
         {QLatin1String("show"), [](CommandInterpreter& c) { c.m_host.ShowWindow(); }},
@@ -161,7 +163,7 @@ void CommandInterpreter::RunSuffixAndPrefixCommands(const QString& TheCode) {
 void CommandInterpreter::ReportError(const QString& TheCode, const QString& description) {
     bool playerMissing = false;
     try {
-        playerMissing = m_host.iTunesIsNothing(true);
+        playerMissing = m_player.iTunesIsNothing(true);
     } catch (...) {
         // The guard answers "usable" when it fails itself.
     }
@@ -189,13 +191,13 @@ void CommandInterpreter::ShowSkinCode(const QString& TheCode) {
 }
 
 void CommandInterpreter::DeleteCompletely() {
-    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(PlayerAccess::R(m_host));
+    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(PlayerAccess::R(m_player));
     std::shared_ptr<IITFileOrCDTrack> fileTrack =
         std::dynamic_pointer_cast<IITFileOrCDTrack>(track);
     // A track that is no file (a stream) cannot be taken as one.
     if (!fileTrack)
         throw VbError::TypeMismatch();
-    m_host.SetCurrentFileTrack(fileTrack);
+    m_player.SetCurrentFileTrack(fileTrack);
     const QString location = fileTrack->Location();
     m_tracks.DeleteCurrentTrack();
     m_host.LetMessagesRun();
@@ -242,20 +244,20 @@ void CommandInterpreter::CloseProgram() {
 }
 
 void CommandInterpreter::VolumeUp() {
-    IiTunes& player = PlayerAccess::R(m_host);
+    IiTunes& player = PlayerAccess::R(m_player);
     if (player.SoundVolume() < 100)
         player.SetSoundVolume(player.SoundVolume() + 1);
 }
 
 void CommandInterpreter::VolumeDown() {
     // Stops at 1, unlike VolumeUp, which reaches 100.
-    IiTunes& player = PlayerAccess::R(m_host);
+    IiTunes& player = PlayerAccess::R(m_player);
     if (player.SoundVolume() > 1)
         player.SetSoundVolume(player.SoundVolume() - 1);
 }
 
 void CommandInterpreter::SwapArtistAndAlbum() {
-    IiTunes& player = PlayerAccess::R(m_host);
+    IiTunes& player = PlayerAccess::R(m_player);
     const QString artist = PlayerAccess::CurrentTrack(player)->Artist();
     const QString album = PlayerAccess::CurrentTrack(player)->Album();
     PlayerAccess::CurrentTrack(player)->SetArtist(album);
@@ -263,7 +265,7 @@ void CommandInterpreter::SwapArtistAndAlbum() {
 }
 
 void CommandInterpreter::SwapArtistAndTitle() {
-    IiTunes& player = PlayerAccess::R(m_host);
+    IiTunes& player = PlayerAccess::R(m_player);
     const QString artist = PlayerAccess::CurrentTrack(player)->Artist();
     const QString name = PlayerAccess::CurrentTrack(player)->Name();
     PlayerAccess::CurrentTrack(player)->SetArtist(name);
@@ -271,20 +273,20 @@ void CommandInterpreter::SwapArtistAndTitle() {
 }
 
 void CommandInterpreter::SetAsStart() {
-    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(PlayerAccess::App(m_host));
-    track->SetStart(PlayerAccess::R(m_host).PlayerPosition());
+    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(PlayerAccess::App(m_player));
+    track->SetStart(PlayerAccess::R(m_player).PlayerPosition());
 }
 
 void CommandInterpreter::SetAsEnd() {
-    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(PlayerAccess::App(m_host));
-    track->SetFinish(PlayerAccess::R(m_host).PlayerPosition());
+    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(PlayerAccess::App(m_player));
+    track->SetFinish(PlayerAccess::R(m_player).PlayerPosition());
 }
 
 void CommandInterpreter::Repeat(const QString& argument) {
     int mode = -1;
     if (argument == QLatin1String("switch")) {
         const std::shared_ptr<IITPlaylist> playlist =
-            PlayerAccess::Required(PlayerAccess::R(m_host).CurrentPlaylist());
+            PlayerAccess::Required(PlayerAccess::R(m_player).CurrentPlaylist());
         mode = (playlist->SongRepeat() + 1) % 3;
     } else if (argument == QLatin1String("one")) {
         mode = ITPlaylistRepeatModeOne;
@@ -295,13 +297,13 @@ void CommandInterpreter::Repeat(const QString& argument) {
     } else {
         return;
     }
-    PlayerAccess::Required(PlayerAccess::R(m_host).CurrentPlaylist())->SetSongRepeat(mode);
+    PlayerAccess::Required(PlayerAccess::R(m_player).CurrentPlaylist())->SetSongRepeat(mode);
 }
 
 void CommandInterpreter::Shuffle(const QString& argument) {
     bool value = false;
     if (argument == QLatin1String("switch")) {
-        value = !PlayerAccess::Required(PlayerAccess::R(m_host).CurrentPlaylist())->Shuffle();
+        value = !PlayerAccess::Required(PlayerAccess::R(m_player).CurrentPlaylist())->Shuffle();
     } else if (argument == QLatin1String("on")) {
         value = true;
     } else if (argument == QLatin1String("off")) {
@@ -309,7 +311,7 @@ void CommandInterpreter::Shuffle(const QString& argument) {
     } else {
         return;
     }
-    PlayerAccess::Required(PlayerAccess::R(m_host).CurrentPlaylist())->SetShuffle(value);
+    PlayerAccess::Required(PlayerAccess::R(m_player).CurrentPlaylist())->SetShuffle(value);
 }
 
 void CommandInterpreter::ReloadTimer(const QString& argument) {
@@ -324,13 +326,13 @@ void CommandInterpreter::ReloadTimer(const QString& argument) {
 
 void CommandInterpreter::Skip(const QString& argument) {
     const double seconds = Rules::LeadingNumber(argument);
-    IiTunes& player = PlayerAccess::R(m_host);
+    IiTunes& player = PlayerAccess::R(m_player);
     player.SetPlayerPosition(Rules::ToInt32(player.PlayerPosition() + seconds));
 }
 
 void CommandInterpreter::AddToVolume(const QString& argument) {
     const double amount = Rules::LeadingNumber(argument);
-    IiTunes& player = PlayerAccess::R(m_host);
+    IiTunes& player = PlayerAccess::R(m_player);
     const int adjustment = PlayerAccess::CurrentTrack(player)->VolumeAdjustment();
     PlayerAccess::CurrentTrack(player)->SetVolumeAdjustment(Rules::ToInt32(adjustment + amount));
 }

@@ -7,9 +7,10 @@
 namespace Pelorin {
 
 class RunCodeHost;
+class WindowPlayer;
 
 // The command language: one skin window's RunCode. Holds no state between calls; everything it
-// reads or changes is reached through the host (the window, the program, the player link).
+// reads or changes is reached through the host (the window, the program) or the window's player.
 //
 // A code is one command ("playpause", "skip=-5") or a compound code of commands in braces
 // ("{play}{volumeup}"). Bare words match the whole text and the first match wins; when none
@@ -18,7 +19,7 @@ class RunCodeHost;
 // command may run twice; skins rely on it.
 class CommandInterpreter {
 public:
-    explicit CommandInterpreter(RunCodeHost& host);
+    CommandInterpreter(RunCodeHost& host, WindowPlayer& player);
 
     // Runs a code. A compound code loses its "{" characters in the caller's variable. Never
     // throws: a failure beeps when the player is missing, else shows the RunCode error box.
@@ -56,6 +57,7 @@ private:
     void AddToVolume(const QString& argument);
 
     RunCodeHost& m_host;
+    WindowPlayer& m_player;
     TrackCommands m_tracks;
 };
 

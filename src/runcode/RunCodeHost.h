@@ -6,14 +6,12 @@
 
 namespace Pelorin {
 
-class IiTunes;
-class IITFileOrCDTrack;
-
 // Everything the command language needs of the skin window it runs for, of the program around it
-// and of the desktop. The skin window implements it (the real program's window effects, the
-// shell, the player link, the trash and program launching sit behind it); tests and the fuzzer
-// give their own. The interpreter never reaches past it, so replacing it replaces every side
-// effect: nothing sleeps, pumps events, ends the process or touches a file except through here.
+// and of the desktop; the player comes through the window's WindowPlayer. The skin window
+// implements it (the real program's window effects, the shell, the player link, the trash and
+// program launching sit behind it); tests and the fuzzer give their own. The interpreter never
+// reaches past it, so replacing it replaces every side effect: nothing sleeps, pumps events, ends
+// the process or touches a file except through here.
 //
 // The object must stay valid for as long as a RunCode call on it runs, even when the window
 // behind it unloads meanwhile; WindowGone tells the interpreter that the window has gone.
@@ -22,20 +20,6 @@ public:
     enum class MessageIcon { Critical, Information };
 
     virtual ~RunCodeHost() = default;
-
-    // The player link of the window.
-    // False while the player refuses commands (every command then only beeps).
-    virtual bool COMCallsEnabled() const = 0;
-    // The window's player reference; null while not connected.
-    virtual IiTunes* iTunesR() = 0;
-    // The guard before player work: true when no usable player is there (or, with careForTrack,
-    // no current track). Never throws; a failure inside answers false.
-    virtual bool iTunesIsNothing(bool careForTrack) = 0;
-    // The one process-wide player object, created when it does not exist yet; null when it
-    // cannot be had.
-    virtual IiTunes* iTunesApp() = 0;
-    // Keeps the current track as a file in the window while "deletecompletely" works.
-    virtual void SetCurrentFileTrack(std::shared_ptr<IITFileOrCDTrack> track) = 0;
 
     // Feedback to the user.
     virtual void Beep() = 0;

@@ -5,7 +5,7 @@
 #include "player/IITPlaylist.h"
 #include "player/IITSource.h"
 #include "player/IiTunes.h"
-#include "runcode/PlayerAccess.h"
+#include "player/link/PlayerAccess.h"
 #include "runcode/RunCodeHost.h"
 
 #include <exception>
@@ -23,7 +23,8 @@ QString EditTagMessage(const QString& code, const QString& description) {
 
 } // namespace
 
-TrackCommands::TrackCommands(RunCodeHost& host) : m_host(host) {}
+TrackCommands::TrackCommands(RunCodeHost& host, WindowPlayer& player)
+    : m_host(host), m_player(player) {}
 
 void TrackCommands::EditTag(const QString& TheCode) {
     QString description;
@@ -33,7 +34,7 @@ void TrackCommands::EditTag(const QString& TheCode) {
         const QStringList fields = Rules::SplitFirstFields(assignment, 2, u'=');
         const QString& property = Rules::Field(fields, 0);
         const QString& value = Rules::Field(fields, 1);
-        PlayerAccess::CurrentTrack(PlayerAccess::R(m_host))->SetPropertyByName(property, value);
+        PlayerAccess::CurrentTrack(PlayerAccess::R(m_player))->SetPropertyByName(property, value);
         return;
     } catch (const VbError& error) {
         description = error.description();
@@ -45,7 +46,7 @@ void TrackCommands::EditTag(const QString& TheCode) {
 }
 
 void TrackCommands::DeleteCurrentTrack() {
-    IiTunes& app = PlayerAccess::App(m_host);
+    IiTunes& app = PlayerAccess::App(m_player);
     const std::shared_ptr<IITTrack> current = PlayerAccess::CurrentTrack(app);
     const QString searchText = current->Artist() + u' ' + current->Name() + u' ' + current->Album();
     const std::shared_ptr<IITPlaylist> library = PlayerAccess::Required(app.LibraryPlaylist());
@@ -58,7 +59,7 @@ void TrackCommands::DeleteCurrentTrack() {
         return;
     // The identity is read once: deleting the playing track moves the player on, and the next
     // track must not be taken for it.
-    const int currentId = PlayerAccess::CurrentTrack(PlayerAccess::R(m_host))->TrackDatabaseID();
+    const int currentId = PlayerAccess::CurrentTrack(PlayerAccess::R(m_player))->TrackDatabaseID();
     for (int i = 1; i <= count; ++i) {
         const std::shared_ptr<IITTrack> track = found->Item(i);
         if (track && track->TrackDatabaseID() == currentId)
@@ -68,7 +69,7 @@ void TrackCommands::DeleteCurrentTrack() {
 
 std::shared_ptr<IITPlaylist> TrackCommands::FindPlaylist(const QString& name) const {
     const std::shared_ptr<IITSourceCollection> sources =
-        PlayerAccess::Required(PlayerAccess::R(m_host).Sources());
+        PlayerAccess::Required(PlayerAccess::R(m_player).Sources());
     const int sourceCount = sources->Count();
     for (int s = 1; s <= sourceCount; ++s) {
         const std::shared_ptr<IITSource> source = PlayerAccess::Required(sources->Item(s));
@@ -91,7 +92,7 @@ void TrackCommands::PlayPlaylist(const QString& PlayListName) {
 void TrackCommands::AddToPlaylist(const QString& PlayListName) {
     const std::shared_ptr<IITPlaylist> playlist =
         PlayerAccess::Required(FindPlaylist(PlayListName));
-    playlist->AddTrack(*PlayerAccess::CurrentTrack(PlayerAccess::R(m_host)));
+    playlist->AddTrack(*PlayerAccess::CurrentTrack(PlayerAccess::R(m_player)));
 }
 
 } // namespace Pelorin

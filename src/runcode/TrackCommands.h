@@ -7,13 +7,14 @@ namespace Pelorin {
 
 class IITPlaylist;
 class RunCodeHost;
+class WindowPlayer;
 
 // The commands that edit the current track by property name, take it out of the library, and
 // find playlists by name: "edittag", the library part of "deletecompletely", "playplaylist" and
 // "addtoplaylist".
 class TrackCommands {
 public:
-    explicit TrackCommands(RunCodeHost& host);
+    TrackCommands(RunCodeHost& host, WindowPlayer& player);
 
     // "edittag=Comment=Nice": sets a property of the current track by its name. The word and the
     // one character after it are dropped whatever they are. Reports its own errors in a message
@@ -38,6 +39,7 @@ private:
     std::shared_ptr<IITPlaylist> FindPlaylist(const QString& name) const;
 
     RunCodeHost& m_host;
+    WindowPlayer& m_player;
 };
 
 } // namespace Pelorin

@@ -148,7 +148,7 @@ public:
     QString folder;
     MemoryPlayer player;
     MemoryDisplayHost host;
-    TrackDisplay display{host};
+    TrackDisplay display{host, host};
 
 private:
     QTemporaryDir m_skinDir;

@@ -33,7 +33,7 @@ MemoryTrackData Song(const QString& name, int duration = 200) {
 // A player with songs A, B, C queued and A playing; the host is the window.
 class RunCodeTest : public ::testing::Test {
 protected:
-    RunCodeTest() : host(&player), interpreter(host) {
+    RunCodeTest() : host(&player), interpreter(host, host) {
         a = player.addLibraryTrack(Song(QStringLiteral("A")));
         b = player.addLibraryTrack(Song(QStringLiteral("B")));
         c = player.addLibraryTrack(Song(QStringLiteral("C")));
@@ -63,6 +63,22 @@ protected:
 QString RunCodeError(const QString& code, const QString& description) {
     return QStringLiteral("There was an error in the RunCode procedure: \nRunCode: ") + code +
            u'\n' + description;
+}
+
+TEST(RunCodeSeams, CommandsReachThePlayerThroughTheWindowsPlayerAlone) {
+    MemoryPlayer player;
+    player.enqueue(player.addLibraryTrack(Song(QStringLiteral("A"))));
+    // The host knows no player; the window's player is a separate object.
+    RecordingRunCodeHost host(nullptr);
+    FixedWindowPlayer window(&player);
+    CommandInterpreter interpreter(host, window);
+    interpreter.RunCodeText(QStringLiteral("play"));
+    EXPECT_EQ(player.playState(), MemoryPlayState::Playing);
+    EXPECT_EQ(host.beeps, 0);
+    window.comCallsEnabled = false;
+    interpreter.RunCodeText(QStringLiteral("stop"));
+    EXPECT_EQ(host.beeps, 1);
+    EXPECT_EQ(player.playState(), MemoryPlayState::Playing);
 }
 
 TEST_F(RunCodeTest, EmptyCodeDoesNothing) {

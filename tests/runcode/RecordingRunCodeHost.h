@@ -1,11 +1,11 @@
 #pragma once
 
-// A RunCodeHost for tests and the fuzzer: the player is whatever the test gives (the in-memory
-// player or the real daemon), the window and the program are recorded as lines in `calls`, and
-// nothing sleeps, pumps, ends the process or touches a file unless the test asks for it.
-#include "player/IITFileOrCDTrack.h"
-#include "player/IiTunes.h"
+// A RunCodeHost for tests and the fuzzer, and the window's player as FixedWindowPlayer gives it
+// (the in-memory player or the real daemon): the window and the program are recorded as lines in
+// `calls`, and nothing sleeps, pumps, ends the process or touches a file unless the test asks for
+// it.
 #include "runcode/RunCodeHost.h"
+#include "support/player/FixedWindowPlayer.h"
 
 #include <QString>
 #include <QStringList>
@@ -13,7 +13,7 @@
 
 namespace Pelorin::Testing {
 
-class RecordingRunCodeHost : public RunCodeHost {
+class RecordingRunCodeHost : public RunCodeHost, public FixedWindowPlayer {
 public:
     struct Message {
         QString text;
@@ -21,25 +21,7 @@ public:
         MessageIcon icon;
     };
 
-    explicit RecordingRunCodeHost(IiTunes* thePlayer = nullptr)
-        : player(thePlayer), app(thePlayer) {}
-
-    // The player link, as the window's link answers.
-    bool COMCallsEnabled() const override { return comCallsEnabled; }
-    IiTunes* iTunesR() override { return player; }
-    bool iTunesIsNothing(bool careForTrack) override {
-        if (player == nullptr)
-            return true;
-        try {
-            return careForTrack && !player->CurrentTrack();
-        } catch (...) {
-            return false;
-        }
-    }
-    IiTunes* iTunesApp() override { return app; }
-    void SetCurrentFileTrack(std::shared_ptr<IITFileOrCDTrack> track) override {
-        currentFileTrack = std::move(track);
-    }
+    explicit RecordingRunCodeHost(IiTunes* thePlayer = nullptr) : FixedWindowPlayer(thePlayer) {}
 
     void Beep() override {
         ++beeps;
@@ -116,9 +98,6 @@ public:
         return found;
     }
 
-    IiTunes* player = nullptr;
-    IiTunes* app = nullptr;
-    bool comCallsEnabled = true;
     bool windowGone = false;
     int timerCount = 0;
     double leftTwips = 0;
@@ -129,7 +108,6 @@ public:
     std::function<bool(const QString&, QString*)> trash;
     std::function<void()> onPump;
     std::function<void(int)> ratingsClick;
-    std::shared_ptr<IITFileOrCDTrack> currentFileTrack;
 
     int beeps = 0;
     QStringList calls;

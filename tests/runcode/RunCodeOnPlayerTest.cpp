@@ -21,7 +21,7 @@ protected:
             return;
         QueueCatalogue();
         host = std::make_unique<RecordingRunCodeHost>(player.get());
-        interpreter = std::make_unique<CommandInterpreter>(*host);
+        interpreter = std::make_unique<CommandInterpreter>(*host, *host);
     }
 
     void Run(const QString& code) { interpreter->RunCodeText(code); }

@@ -101,7 +101,7 @@ protected:
     QTemporaryDir dir;
     MemoryPlayer player;
     WindowHost host{&player};
-    CommandInterpreter interpreter{host};
+    CommandInterpreter interpreter{host, host};
     FormsRegistry forms;
     CountingPacing pacing;
     QPointer<frmMain> window;

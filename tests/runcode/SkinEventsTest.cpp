@@ -70,7 +70,7 @@ TEST(SkinEvents, ADeclarationWithoutSemicolonFailsAndTheNextOneTakesItsSlot) {
 TEST(SkinEvents, AFailingCodeDoesNotStopTheOtherRecords) {
     MemoryPlayer player;
     RecordingRunCodeHost host(&player);
-    CommandInterpreter interpreter(host);
+    CommandInterpreter interpreter(host, host);
     player.SetSoundVolume(10);
     SkinEvents events;
     events.NewEvent(QStringLiteral("newsong;repeat"));
@@ -85,7 +85,7 @@ TEST(SkinEvents, AFailingCodeDoesNotStopTheOtherRecords) {
 TEST(SkinEvents, ACompoundCodeInTheTableLosesItsOpeningBracesWhenItRuns) {
     MemoryPlayer player;
     RecordingRunCodeHost host(&player);
-    CommandInterpreter interpreter(host);
+    CommandInterpreter interpreter(host, host);
     SkinEvents events;
     events.NewEvent(QStringLiteral("databasechanged;{volumeup}{volumeup}"));
     const auto run = [&interpreter](QString& code) { interpreter.RunCode(code); };

@@ -25,7 +25,7 @@ MemoryTrackData Song(const QString& name, const QString& artist = QStringLiteral
 
 class TrackCommandsTest : public ::testing::Test {
 protected:
-    TrackCommandsTest() : host(&player), interpreter(host) {
+    TrackCommandsTest() : host(&player), interpreter(host, host) {
         a = player.addLibraryTrack(Song(QStringLiteral("Alpha")));
         b = player.addLibraryTrack(Song(QStringLiteral("Beta")));
         c = player.addLibraryTrack(Song(QStringLiteral("Gamma")));

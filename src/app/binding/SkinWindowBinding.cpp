@@ -39,14 +39,20 @@ void SkinWindowBinding::Attach(frmMain* window) {
     PlayerApplication* player = m_program.player;
     Q_ASSERT(player != nullptr);
     m_link = std::make_unique<PlayerLink>(*player, *this);
-    m_displayHost = std::make_unique<WindowDisplayHost>(*window, *m_link, player);
-    m_display = std::make_unique<TrackDisplay>(*m_displayHost);
+    // The command language, the display and the pointer code all reach the player through the
+    // one link; a click goes window -> pointer -> interpreter -> link -> player.
+    m_displayHost = std::make_unique<WindowDisplayHost>(*window);
+    m_display = std::make_unique<TrackDisplay>(*m_displayHost, *m_link);
     m_runCodeHost = std::make_unique<WindowRunCodeHost>(
-        *window, *m_link, m_program, [this](int index) { m_display->imgRatings_Click(index); });
-    m_interpreter = std::make_unique<CommandInterpreter>(*m_runCodeHost);
+        *window, m_program, [this](int index) { m_display->imgRatings_Click(index); });
+    m_interpreter = std::make_unique<CommandInterpreter>(*m_runCodeHost, *m_link);
     m_pointerHost =
-        std::make_unique<WindowPointerHost>(*window, *m_link, *m_display, [this] { ShowMenu(); });
-    m_pointer = std::make_unique<PointerInteraction>(*m_pointerHost);
+        std::make_unique<WindowPointerHost>(*window, *m_display, [this] { ShowMenu(); });
+    m_pointer =
+        std::make_unique<PointerInteraction>(*m_pointerHost, *m_link, [this](const QString& code) {
+            if (WindowAlive())
+                m_interpreter->RunCodeText(code);
+        });
 
     // Form_Load: the window connects as it is created.
     Run([this] { m_link->FormLoad(); });

@@ -6,7 +6,6 @@
 
 namespace Pelorin {
 
-class IiTunes;
 class PlayerApplication;
 
 // What a skin window's binding needs of the program around it: the process-wide player, the
@@ -30,9 +29,5 @@ struct SkinWindowProgram {
     // The setting "PlayerApp".
     std::function<QString()> playerApp;
 };
-
-// The process-wide player object, made when the player runs and none exists yet; null while no
-// player runs (connecting first could start one through socket activation).
-IiTunes* SharedPlayer(PlayerApplication* application);
 
 } // namespace Pelorin

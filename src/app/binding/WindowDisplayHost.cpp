@@ -1,7 +1,5 @@
 #include "app/binding/WindowDisplayHost.h"
 
-#include "app/binding/SkinWindowProgram.h"
-#include "player/link/PlayerLink.h"
 #include "skin/window/SkinControls.h"
 #include "skin/window/frmMain.h"
 
@@ -10,23 +8,10 @@
 
 namespace Pelorin {
 
-WindowDisplayHost::WindowDisplayHost(frmMain& window, PlayerLink& link, PlayerApplication* player)
-    : m_window(&window), m_link(link), m_player(player) {}
+WindowDisplayHost::WindowDisplayHost(frmMain& window) : m_window(&window) {}
 
 SkinModel& WindowDisplayHost::Model() {
     return m_window ? m_window->Model() : m_spareModel;
-}
-
-bool WindowDisplayHost::iTunesIsNothing(bool careForTrack) {
-    return m_link.iTunesIsNothing(careForTrack);
-}
-
-IiTunes* WindowDisplayHost::iTunesR() {
-    return m_link.iTunesR();
-}
-
-IiTunes* WindowDisplayHost::iTunesApp() {
-    return SharedPlayer(m_player);
 }
 
 void WindowDisplayHost::Repaint() {

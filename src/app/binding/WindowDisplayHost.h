@@ -7,21 +7,15 @@
 
 namespace Pelorin {
 
-class PlayerApplication;
-class PlayerLink;
 class frmMain;
 
 // The track display's view of a real skin window: its model and widgets (labels, the progress
-// bar, the stars, the artwork images) and its player link. Once the window has gone, every
-// call does nothing.
+// bar, the stars, the artwork images). Once the window has gone, every call does nothing.
 class WindowDisplayHost final : public DisplayHost {
 public:
-    WindowDisplayHost(frmMain& window, PlayerLink& link, PlayerApplication* player);
+    explicit WindowDisplayHost(frmMain& window);
 
     SkinModel& Model() override;
-    bool iTunesIsNothing(bool careForTrack) override;
-    IiTunes* iTunesR() override;
-    IiTunes* iTunesApp() override;
     void Repaint() override;
     void Unload() override;
     void RunInterActionCode() override;
@@ -36,8 +30,6 @@ private:
     QPointer<frmMain> m_window;
     // Read instead of the model of a window that has gone.
     SkinModel m_spareModel;
-    PlayerLink& m_link;
-    PlayerApplication* m_player;
 };
 
 } // namespace Pelorin

@@ -6,16 +6,15 @@
 #include "platform/MessageBox.h"
 #include "platform/PictureLoader.h"
 #include "platform/PlatformHelpers.h"
-#include "player/link/PlayerLink.h"
 #include "skin/window/SkinControls.h"
 #include "skin/window/VbTimer.h"
 #include "skin/window/frmMain.h"
 
 namespace Pelorin {
 
-WindowPointerHost::WindowPointerHost(frmMain& window, PlayerLink& link, TrackDisplay& display,
+WindowPointerHost::WindowPointerHost(frmMain& window, TrackDisplay& display,
                                      std::function<void()> showMenu)
-    : m_window(&window), m_link(link), m_display(display), m_showMenu(std::move(showMenu)) {}
+    : m_window(&window), m_display(display), m_showMenu(std::move(showMenu)) {}
 
 QString WindowPointerHost::ImagePictures(int index) const {
     if (!m_window)
@@ -72,21 +71,8 @@ void WindowPointerHost::RunInterActionCode() {
         m_window->RunInterActionCode();
 }
 
-void WindowPointerHost::RunCode(const QString& code) {
-    if (!WindowGone())
-        m_window->RunCode(code);
-}
-
 bool WindowPointerHost::WindowGone() const {
     return m_window.isNull() || m_window->IsUnloaded();
-}
-
-bool WindowPointerHost::iTunesIsNothing(bool careForTrack) {
-    return m_link.iTunesIsNothing(careForTrack);
-}
-
-IiTunes* WindowPointerHost::iTunesR() {
-    return m_link.iTunesR();
 }
 
 QPoint WindowPointerHost::GlobalPosition(int index, QPoint position) const {

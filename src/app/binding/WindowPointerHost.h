@@ -8,18 +8,15 @@
 
 namespace Pelorin {
 
-class PlayerLink;
 class TrackDisplay;
 class frmMain;
 
 // Pointer interaction's view of a real skin window: its image controls and pictures, the move
-// handle, the hover tracker, the window's RunCode and interaction codes, the player link and the
-// track display's artwork.
+// handle, the hover tracker, the window's interaction codes and the track display's artwork.
 class WindowPointerHost final : public PointerHost {
 public:
     // `showMenu` opens the window's pop-up menu.
-    WindowPointerHost(frmMain& window, PlayerLink& link, TrackDisplay& display,
-                      std::function<void()> showMenu);
+    WindowPointerHost(frmMain& window, TrackDisplay& display, std::function<void()> showMenu);
 
     QString ImagePictures(int index) const override;
     QString ImageTag(int index) const override;
@@ -29,10 +26,7 @@ public:
     void SetImagePicture(int index, const QImage& picture) override;
     void ShowArtworkIn(int index) override;
     void RunInterActionCode() override;
-    void RunCode(const QString& code) override;
     bool WindowGone() const override;
-    bool iTunesIsNothing(bool careForTrack) override;
-    IiTunes* iTunesR() override;
     void MoveWithHandle(int index, QPoint position) override;
     void MoveWindow(int index, QPoint position) override;
     void SetTrackImageTimer(bool enabled) override;
@@ -44,7 +38,6 @@ private:
     QPoint GlobalPosition(int index, QPoint position) const;
 
     QPointer<frmMain> m_window;
-    PlayerLink& m_link;
     TrackDisplay& m_display;
     std::function<void()> m_showMenu;
     // Hover and pressed pictures, read once.

@@ -1,7 +1,6 @@
 #include "app/binding/WindowRunCodeHost.h"
 
 #include "platform/PlatformHelpers.h"
-#include "player/link/PlayerLink.h"
 #include "skin/window/VbTimer.h"
 #include "skin/window/frmMain.h"
 
@@ -9,31 +8,10 @@
 
 namespace Pelorin {
 
-WindowRunCodeHost::WindowRunCodeHost(frmMain& window, PlayerLink& link,
-                                     const SkinWindowProgram& program,
+WindowRunCodeHost::WindowRunCodeHost(frmMain& window, const SkinWindowProgram& program,
                                      std::function<void(int index)> rateStar)
-    : DesktopRunCodeHost(&window), m_window(&window), m_link(link), m_program(program),
+    : DesktopRunCodeHost(&window), m_window(&window), m_program(program),
       m_rateStar(std::move(rateStar)) {}
-
-bool WindowRunCodeHost::COMCallsEnabled() const {
-    return m_link.COMCallsEnabled();
-}
-
-IiTunes* WindowRunCodeHost::iTunesR() {
-    return m_link.iTunesR();
-}
-
-bool WindowRunCodeHost::iTunesIsNothing(bool careForTrack) {
-    return m_link.iTunesIsNothing(careForTrack);
-}
-
-IiTunes* WindowRunCodeHost::iTunesApp() {
-    return SharedPlayer(m_program.player);
-}
-
-void WindowRunCodeHost::SetCurrentFileTrack(std::shared_ptr<IITFileOrCDTrack> track) {
-    m_link.SetCurrentFileTrack(std::move(track));
-}
 
 bool WindowRunCodeHost::WindowGone() const {
     return m_window.isNull() || m_window->IsUnloaded();

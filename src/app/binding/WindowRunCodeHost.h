@@ -8,7 +8,6 @@
 
 namespace Pelorin {
 
-class PlayerLink;
 class frmMain;
 
 // The command language's view of a real skin window: the window's effects, timers, stacking
@@ -18,14 +17,8 @@ class frmMain;
 class WindowRunCodeHost final : public DesktopRunCodeHost {
 public:
     // `rateStar` is the ratings control's click (the track display's).
-    WindowRunCodeHost(frmMain& window, PlayerLink& link, const SkinWindowProgram& program,
+    WindowRunCodeHost(frmMain& window, const SkinWindowProgram& program,
                       std::function<void(int index)> rateStar);
-
-    bool COMCallsEnabled() const override;
-    IiTunes* iTunesR() override;
-    bool iTunesIsNothing(bool careForTrack) override;
-    IiTunes* iTunesApp() override;
-    void SetCurrentFileTrack(std::shared_ptr<IITFileOrCDTrack> track) override;
 
     bool WindowGone() const override;
     void UnloadWindow() override;
@@ -49,7 +42,6 @@ public:
 
 private:
     QPointer<frmMain> m_window;
-    PlayerLink& m_link;
     const SkinWindowProgram& m_program;
     std::function<void(int)> m_rateStar;
 };

@@ -52,6 +52,14 @@ bool PlayerLink::iTunesIsNothing(bool CareForTrack) {
     }
 }
 
+IiTunes* PlayerLink::iTunesApp() {
+    // Made only while the player runs: connecting first could start one through socket
+    // activation.
+    if (IiTunes* player = m_application.iTunesApp())
+        return player;
+    return m_application.IsPlayerRunning() ? m_application.CreateiTunesApp() : nullptr;
+}
+
 void PlayerLink::SetiTunesR(IiTunes* player) {
     for (const QMetaObject::Connection& connection : std::as_const(m_connections)) {
         disconnect(connection);

@@ -2,6 +2,7 @@
 
 #include "player/IITFileOrCDTrack.h"
 #include "player/IiTunes.h"
+#include "player/link/WindowPlayer.h"
 
 #include <QList>
 #include <QObject>
@@ -22,7 +23,7 @@ class PlayerLinkClient;
 // once the process check finds the player), and, in deskband mode only, letting die (iTunesR
 // null and the quitting flag set until tmrDeskbarLetDie fires, so nothing reconnects to a
 // player that is still shutting down).
-class PlayerLink final : public QObject {
+class PlayerLink final : public QObject, public WindowPlayer {
     Q_OBJECT
 
 public:
@@ -37,23 +38,22 @@ public:
 
     // True when no player process runs, or while the quitting flag is set.
     bool IsiTunesDead() const;
-    // The guard before player work: true when there is no usable player (or, with CareForTrack,
-    // no current track). It connects when the window is not connected and the player runs. Any
-    // failure inside makes it return false, as if the player were usable; a dead player whose
-    // reference is still set is not missing here, only the reference decides.
-    bool iTunesIsNothing(bool CareForTrack);
 
-    // The window's player reference; null while not connected.
-    IiTunes* iTunesR() const { return m_iTunesR.data(); }
-    bool COMCallsEnabled() const { return m_comCallsEnabled; }
+    // WindowPlayer. A dead player whose reference is still set is not missing for the guard:
+    // only the reference decides.
+    bool iTunesIsNothing(bool CareForTrack) override;
+    IiTunes* iTunesR() const override { return m_iTunesR.data(); }
+    bool COMCallsEnabled() const override { return m_comCallsEnabled; }
+    IiTunes* iTunesApp() override;
+    void SetCurrentFileTrack(std::shared_ptr<IITFileOrCDTrack> track) override {
+        m_currentFileTrack = std::move(track);
+    }
+
     bool iTunesQuitting() const { return m_iTunesQuitting; }
     QTimer& tmrDeskbarLetDie() { return m_tmrDeskbarLetDie; }
 
     // The current track as a file, kept by "deletecompletely" while it works.
     std::shared_ptr<IITFileOrCDTrack> CurrentFileTrack() const { return m_currentFileTrack; }
-    void SetCurrentFileTrack(std::shared_ptr<IITFileOrCDTrack> track) {
-        m_currentFileTrack = std::move(track);
-    }
 
     // The player's event handlers (public so the window's tests can drive them).
     void iTunesR_OnCOMCallsDisabledEvent(int reason);

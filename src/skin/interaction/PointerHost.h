@@ -7,8 +7,6 @@
 
 namespace Pelorin {
 
-class IiTunes;
-
 // What pointer interaction needs of its skin window. The program's window binding implements it
 // over frmMain; tests give their own. Image indexes follow the skin's numbering (img(1) is the
 // first "image" line); the interaction only asks about images that exist.
@@ -31,15 +29,10 @@ public:
     // img(index) shows the current track's cover (the track display's ShowArtworkIn).
     virtual void ShowArtworkIn(int index) = 0;
 
-    // The window's "anyinteraction" codes (raising the interaction flag) and its RunCode.
+    // The window's "anyinteraction" codes (raising the interaction flag).
     virtual void RunInterActionCode() = 0;
-    virtual void RunCode(const QString& code) = 0;
     // True once the window has started unloading (a code may close it).
     virtual bool WindowGone() const = 0;
-
-    // The player link.
-    virtual bool iTunesIsNothing(bool careForTrack) = 0;
-    virtual IiTunes* iTunesR() = 0;
 
     // Moving the window with the button that is down: through the move handle (a Shift press),
     // or straight away (a "movewindow" image). `position` is the press in img(index)'s pixels.

@@ -3,6 +3,7 @@
 #include "base/TextRules.h"
 #include "base/VbError.h"
 #include "player/IiTunes.h"
+#include "player/link/PlayerAccess.h"
 #include "skin/interaction/PointerHost.h"
 
 #include <algorithm>
@@ -34,7 +35,8 @@ bool Shows(const QString& field) {
 
 } // namespace
 
-PointerInteraction::PointerInteraction(PointerHost& host) : m_host(host) {}
+PointerInteraction::PointerInteraction(PointerHost& host, WindowPlayer& player, CodeRunner runCode)
+    : m_host(host), m_player(player), m_runCode(std::move(runCode)) {}
 
 QString PointerInteraction::PictureField(int index, int field) const {
     const QStringList fields = Rules::SplitFirstFields(m_host.ImagePictures(index), field, u'|');
@@ -107,7 +109,7 @@ void PointerInteraction::img_MouseMove(int Index, int Button, int /*Shift*/, int
         if (width <= 0)
             return;
         const QString tag = Rules::LowerCase(m_host.ImageTag(Index));
-        if (tag == u"position" && !m_host.iTunesIsNothing(true))
+        if (tag == u"position" && !m_player.iTunesIsNothing(true))
             SeekTo(X, width);
         if (tag == u"movewindow")
             m_host.MoveWindow(Index, QPoint(X, Y));
@@ -119,17 +121,13 @@ void PointerInteraction::img_MouseMove(int Index, int Button, int /*Shift*/, int
 }
 
 void PointerInteraction::SeekTo(int x, int width) {
-    IiTunes* player = m_host.iTunesR();
-    if (player == nullptr)
-        throw VbError::ObjectNotSet();
-    const std::shared_ptr<IITTrack> track = player->CurrentTrack();
-    if (!track)
-        throw VbError::ObjectNotSet();
+    IiTunes& player = PlayerAccess::R(m_player);
+    const std::shared_ptr<IITTrack> track = PlayerAccess::CurrentTrack(player);
     const int length = Rules::Seconds(track->Time());
     // A drag may leave the image on either side; the player takes positions within the track.
     const double seconds = std::clamp(static_cast<double>(x) / width * length, 0.0,
                                       static_cast<double>(std::max(length, 0)));
-    player->SetPlayerPosition(Rules::ToInt32(seconds));
+    player.SetPlayerPosition(Rules::ToInt32(seconds));
 }
 
 void PointerInteraction::img_MouseUp(int Index, int Button, int /*Shift*/, int X, int Y) {
@@ -147,9 +145,10 @@ void PointerInteraction::img_MouseUp(int Index, int Button, int /*Shift*/, int X
         Report(error.description());
     }
     // The code runs wherever the button was released; the inside test only chose the picture.
-    if (Button != RightButton)
-        m_host.RunCode(m_host.ImageTag(Index));
-    else
+    if (Button != RightButton) {
+        if (m_runCode)
+            m_runCode(m_host.ImageTag(Index));
+    } else
         m_host.FormMouseUp(Button);
 }
 
@@ -173,14 +172,10 @@ void PointerInteraction::tmrTrackImage_Timer() {
 
 void PointerInteraction::img_OLEDragDrop(int Index, const QStringList& files) {
     try {
-        if (m_host.iTunesIsNothing(true))
+        if (m_player.iTunesIsNothing(true))
             return;
-        IiTunes* player = m_host.iTunesR();
-        if (player == nullptr)
-            throw VbError::ObjectNotSet();
-        const std::shared_ptr<IITTrack> track = player->CurrentTrack();
-        if (!track)
-            throw VbError::ObjectNotSet();
+        const std::shared_ptr<IITTrack> track =
+            PlayerAccess::CurrentTrack(PlayerAccess::R(m_player));
         if (files.isEmpty())
             throw VbError::SubscriptOutOfRange();
         track->AddArtworkFromFile(files.first());

@@ -3,10 +3,12 @@
 #include <QString>
 #include <QStringList>
 #include <cstdint>
+#include <functional>
 
 namespace Pelorin {
 
 class PointerHost;
+class WindowPlayer;
 
 // The skin window's image buttons under the pointer: a normal, a hover and a pressed picture per
 // image ("NONE", "ARTWORK" or a picture file of the skin), the code an image runs when released,
@@ -17,7 +19,10 @@ class PointerHost;
 // the buttons held, 0 for none); shift is 1 Shift, 2 Ctrl, 4 Alt.
 class PointerInteraction {
 public:
-    explicit PointerInteraction(PointerHost& host);
+    // The command language's RunCode for the code an image runs when released.
+    using CodeRunner = std::function<void(const QString& code)>;
+
+    PointerInteraction(PointerHost& host, WindowPlayer& player, CodeRunner runCode);
 
     void img_MouseDown(int Index, int Button, int Shift, int X, int Y);
     void img_MouseMove(int Index, int Button, int Shift, int X, int Y);
@@ -46,6 +51,8 @@ private:
     void Report(const QString& description);
 
     PointerHost& m_host;
+    WindowPlayer& m_player;
+    CodeRunner m_runCode;
     // 16-bit, as the window keeps it.
     std::int16_t m_hoveredIndex = -1;
 };

@@ -70,6 +70,38 @@ protected:
     RecordingClient client;
 };
 
+TEST_F(MemoryLink, TheSharedPlayerIsMadeOnlyWhileThePlayerRuns) {
+    PlayerLink link(application, client);
+    WindowPlayer& window = link;
+    running = false;
+    EXPECT_EQ(window.iTunesApp(), nullptr);
+    EXPECT_EQ(made, 0);
+    running = true;
+    IiTunes* shared = window.iTunesApp();
+    ASSERT_NE(shared, nullptr);
+    EXPECT_EQ(shared, application.iTunesApp());
+    // Once made, the one object serves even when the process check would say otherwise.
+    running = false;
+    EXPECT_EQ(window.iTunesApp(), shared);
+    EXPECT_EQ(made, 1);
+}
+
+TEST_F(MemoryLink, TheWindowsPlayerIsTheLinksReferenceGuardAndFlags) {
+    PlayerLink link(application, client);
+    link.FormLoad();
+    Player().Play();
+    WindowPlayer& window = link;
+    EXPECT_EQ(window.iTunesR(), link.iTunesR());
+    EXPECT_FALSE(window.iTunesIsNothing(true));
+    EXPECT_TRUE(window.COMCallsEnabled());
+    link.iTunesR_OnCOMCallsDisabledEvent(0);
+    EXPECT_FALSE(window.COMCallsEnabled());
+    auto track = std::dynamic_pointer_cast<IITFileOrCDTrack>(Player().CurrentTrack());
+    ASSERT_NE(track, nullptr);
+    window.SetCurrentFileTrack(track);
+    EXPECT_EQ(link.CurrentFileTrack(), track);
+}
+
 TEST_F(MemoryLink, StartingWithThePlayerClosedMakesNoPlayerAndTheGuardReportsNothing) {
     running = false;
     PlayerLink link(application, client);

@@ -1,23 +1,6 @@
 #include "support/display/MemoryDisplayHost.h"
 
-#include "player/IiTunes.h"
-
-#include <exception>
-
 namespace Pelorin {
-
-bool MemoryDisplayHost::iTunesIsNothing(bool careForTrack) {
-    ++m_guards;
-    if (m_player == nullptr)
-        return true;
-    try {
-        if (careForTrack && !m_player->CurrentTrack())
-            return true;
-    } catch (const std::exception&) {
-        return false;
-    }
-    return false;
-}
 
 QFont MemoryDisplayHost::LabelFont(int index) const {
     QFont font;

@@ -2,6 +2,7 @@
 
 #include "display/DisplayHost.h"
 #include "skin/SkinModel.h"
+#include "support/player/FixedWindowPlayer.h"
 
 #include <QHash>
 #include <QStringList>
@@ -14,20 +15,19 @@ namespace Pelorin {
 // window operations, over a skin model filled like a real window's. Fonts are real, so
 // measuring needs a QGuiApplication (the offscreen platform serves).
 //
-// Its guard follows the player link's rule without the process check: no player means
-// nothing, a player without a current track means nothing when the track matters, and a
-// failure while asking counts as usable.
-class MemoryDisplayHost final : public DisplayHost {
+// It is the window's player as well (FixedWindowPlayer): its guard follows the player link's
+// rule without the process check.
+class MemoryDisplayHost final : public DisplayHost, public Testing::FixedWindowPlayer {
 public:
     MemoryDisplayHost() = default;
 
     // The player both as the window's reference and as the process-wide object; null: none.
-    void setPlayer(IiTunes* player) { m_player = player; }
+    void setPlayer(IiTunes* thePlayer) {
+        player = thePlayer;
+        app = thePlayer;
+    }
 
     SkinModel& Model() override { return m_model; }
-    bool iTunesIsNothing(bool careForTrack) override;
-    IiTunes* iTunesR() override { return m_player; }
-    IiTunes* iTunesApp() override { return m_player; }
     void Repaint() override { ++m_repaints; }
     void Unload() override { ++m_unloads; }
     void RunInterActionCode() override { ++m_interactions; }
@@ -55,11 +55,10 @@ public:
     int repaints() const { return m_repaints; }
     int unloads() const { return m_unloads; }
     int interactions() const { return m_interactions; }
-    int guards() const { return m_guards; }
+    int guards() const { return guardCalls; }
 
 private:
     SkinModel m_model;
-    IiTunes* m_player = nullptr;
     QStringList m_captions;
     float m_progressWidth = 0;
     std::array<Star, 5> m_stars{};
@@ -68,7 +67,6 @@ private:
     int m_repaints = 0;
     int m_unloads = 0;
     int m_interactions = 0;
-    int m_guards = 0;
 };
 
 } // namespace Pelorin
