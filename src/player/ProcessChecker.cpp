@@ -57,21 +57,33 @@ ssize_t ExecutablePath(int procFd, const char* pid, char* buffer, size_t size) {
 
 ProcessChecker::ProcessChecker(const QString& procRoot) : m_procRoot(QFile::encodeName(procRoot)) {}
 
+bool ProcessChecker::Matches(int procFd, const char* pid, const QString& name) const {
+    char path[PATH_MAX];
+    const ssize_t length = ExecutablePath(procFd, pid, path, sizeof path);
+    if (length < 0)
+        return false;
+    const QString executable = QFile::decodeName(QByteArray::fromRawData(path, length));
+    return Rules::ContainsIgnoringCase(executable, name);
+}
+
 bool ProcessChecker::IsProcessRunning(const QString& name) const {
     const std::unique_ptr<DIR, DirCloser> dir(opendir(m_procRoot.constData()));
     if (!dir)
         return false;
     const int procFd = dirfd(dir.get());
-    char path[PATH_MAX];
+    // The guard asks before every player action and every tick: one process to look at instead
+    // of every process on the machine.
+    if (!m_lastPid.isEmpty() && m_lastName == name && Matches(procFd, m_lastPid.constData(), name))
+        return true;
+    m_lastPid.clear();
     while (const dirent* entry = readdir(dir.get())) {
         if (!IsProcessId(entry->d_name))
             continue;
-        const ssize_t length = ExecutablePath(procFd, entry->d_name, path, sizeof path);
-        if (length < 0)
-            continue;
-        const QString executable = QFile::decodeName(QByteArray::fromRawData(path, length));
-        if (Rules::ContainsIgnoringCase(executable, name))
+        if (Matches(procFd, entry->d_name, name)) {
+            m_lastName = name;
+            m_lastPid = entry->d_name;
             return true;
+        }
     }
     return false;
 }

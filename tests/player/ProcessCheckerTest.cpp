@@ -195,3 +195,34 @@ TEST(ProcessCheckerOnRealProc, StaysTrueWhileOneOfTwoMatchingProcessesRuns) {
 TEST(ProcessCheckerOnRealProc, FindsThisTestProgram) {
     EXPECT_TRUE(ProcessChecker().IsProcessRunning(QStringLiteral("player_process_test")));
 }
+
+TEST(ProcessChecker, TheRememberedMatchAnswersWhileItLivesAndAWalkFindsAnotherOnceItIsGone) {
+    FakeProc proc;
+    proc.AddProcess(100, QStringLiteral("/opt/iTunes/iTunes"), NoCmdline);
+    const ProcessChecker checker(proc.Root());
+    EXPECT_TRUE(checker.IsProcessRunning(QStringLiteral("iTunes")));
+    ASSERT_TRUE(QDir(proc.Root() + QStringLiteral("/100")).removeRecursively());
+    proc.AddProcess(300, QStringLiteral("/opt/iTunes/iTunes"), NoCmdline);
+    EXPECT_TRUE(checker.IsProcessRunning(QStringLiteral("iTunes")));
+    ASSERT_TRUE(QDir(proc.Root() + QStringLiteral("/300")).removeRecursively());
+    EXPECT_FALSE(checker.IsProcessRunning(QStringLiteral("iTunes")));
+}
+
+TEST(ProcessChecker, ARememberedProcessIdNowHeldByAnotherProgramIsNoMatch) {
+    FakeProc proc;
+    proc.AddProcess(100, QStringLiteral("/opt/iTunes/iTunes"), NoCmdline);
+    const ProcessChecker checker(proc.Root());
+    EXPECT_TRUE(checker.IsProcessRunning(QStringLiteral("iTunes")));
+    ASSERT_TRUE(QDir(proc.Root() + QStringLiteral("/100")).removeRecursively());
+    proc.AddProcess(100, QStringLiteral("/usr/bin/bash"), NoCmdline);
+    EXPECT_FALSE(checker.IsProcessRunning(QStringLiteral("iTunes")));
+}
+
+TEST(ProcessChecker, TheRememberedMatchServesOnlyTheNameItMatched) {
+    FakeProc proc;
+    proc.AddProcess(100, QStringLiteral("/opt/iTunes/iTunes"), NoCmdline);
+    const ProcessChecker checker(proc.Root());
+    EXPECT_TRUE(checker.IsProcessRunning(QStringLiteral("iTunes")));
+    EXPECT_FALSE(checker.IsProcessRunning(QStringLiteral("opt/other")));
+    EXPECT_TRUE(checker.IsProcessRunning(QStringLiteral("Tunes")));
+}

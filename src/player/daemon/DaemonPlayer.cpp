@@ -49,7 +49,9 @@ DaemonPlayer::~DaemonPlayer() = default;
 
 bool DaemonPlayer::IsRunning(const DaemonAddress& address, int timeoutMs) {
     if (address.IsLocal()) {
-        return ProcessChecker().IsProcessRunning(QStringLiteral("mpd"));
+        // One checker for the program, so that it remembers the daemon's process between calls.
+        static const ProcessChecker checker;
+        return checker.IsProcessRunning(QStringLiteral("mpd"));
     }
     try {
         ConnectToDaemon(address, timeoutMs);
