@@ -6,6 +6,7 @@
 #include "MenusForm.h"
 #include "Shell.h"
 #include "app/binding/SkinWindowBinding.h"
+#include "base/Log.h"
 #include "base/ProgramPaths.h"
 #include "base/Settings.h"
 #include "platform/MessageBox.h"
@@ -112,6 +113,7 @@ void PreferX11() {
 } // namespace
 
 int RunPelorin(int argc, char** argv) {
+    UseBareMessageFormat();
     QStringList args;
     for (int i = 1; i < argc; ++i)
         args.append(QString::fromLocal8Bit(argv[i]));
@@ -142,7 +144,7 @@ int RunPelorin(int argc, char** argv) {
     const ProgramPaths paths =
         ProgramPaths::Resolve(ProgramFolderSources::FromEnvironment(), &pathError);
     if (!pathError.isEmpty())
-        std::fprintf(stderr, "Pelorin: %s\n", qPrintable(pathError));
+        qCWarning(lcApp).noquote() << QStringLiteral("Pelorin: ") + pathError;
 
     FormsRegistry forms;
     InstanceLock lock(ProgramPaths::InstanceLockFile());

@@ -1,12 +1,12 @@
 #include "Settings.h"
 
+#include "base/Log.h"
 #include "base/TextRules.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <cstdio>
 
 namespace Pelorin {
 
@@ -15,9 +15,7 @@ namespace {
 const QString OptionsGroup = QStringLiteral("Options");
 
 void Warn(const QString& text) {
-    const QByteArray line = text.toLocal8Bit();
-    std::fprintf(stderr, "%s\n", line.constData());
-    std::fflush(stderr);
+    qCWarning(lcSettings).noquote() << text;
 }
 
 QString Qualified(const QString& key) {

@@ -1,11 +1,10 @@
 #include "display/ArtworkDisplay.h"
 
+#include "base/Log.h"
 #include "base/ProgramPaths.h"
 #include "display/DisplayHost.h"
 #include "platform/PictureLoader.h"
 #include "player/link/PlayerAccess.h"
-
-#include <cstdio>
 
 namespace Pelorin {
 
@@ -16,11 +15,8 @@ QString ArtworkDisplay::ArtworkFile() {
     QString error;
     const QString folder = ProgramPaths::TemporaryFolder(&error);
     if (folder.isEmpty()) {
-        const QByteArray line =
-            (QStringLiteral("Pelorin: no temporary folder for the artwork: ") + error)
-                .toLocal8Bit();
-        std::fprintf(stderr, "%s\n", line.constData());
-        std::fflush(stderr);
+        qCWarning(lcDisplay).noquote()
+            << QStringLiteral("Pelorin: no temporary folder for the artwork: ") + error;
         throw VbError::PathFileAccessError();
     }
     return folder + QStringLiteral("tempart.jpg");

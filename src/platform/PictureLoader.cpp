@@ -1,11 +1,11 @@
 #include "PictureLoader.h"
 
+#include "base/Log.h"
 #include "base/VbError.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
-#include <cstdio>
 
 namespace Pelorin {
 
@@ -28,16 +28,13 @@ void SetUp(QImageReader& reader) {
 QImage Read(QImageReader& reader, const QString& fullFileName) {
     const QSize size = reader.size();
     if (size.isValid() && static_cast<qint64>(size.width()) * size.height() > MaxPicturePixels) {
-        const QByteArray line =
-            QStringLiteral("Pelorin: %1: a picture of %2 x %3 pixels is larger than the limit of "
-                           "%4 pixels")
-                .arg(QDir::toNativeSeparators(fullFileName))
-                .arg(size.width())
-                .arg(size.height())
-                .arg(MaxPicturePixels)
-                .toLocal8Bit();
-        std::fprintf(stderr, "%s\n", line.constData());
-        std::fflush(stderr);
+        qCWarning(lcPicture).noquote()
+            << QStringLiteral("Pelorin: %1: a picture of %2 x %3 pixels is larger than the limit "
+                              "of %4 pixels")
+                   .arg(QDir::toNativeSeparators(fullFileName))
+                   .arg(size.width())
+                   .arg(size.height())
+                   .arg(MaxPicturePixels);
         throw VbError::CannotLoadFile();
     }
     QImage image;

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QImage>
 #include <QImageReader>
+#include <QLoggingCategory>
 #include <QTemporaryDir>
 #include <QtEndian>
 #include <gtest/gtest.h>
@@ -185,6 +186,21 @@ TEST_F(PictureLoading, HugePictureIsRefusedWithoutAllocatingIt) {
     ExpectCannotLoadFile(Path("huge.png"));
     const std::string err = testing::internal::GetCapturedStderr();
     EXPECT_NE(err.find("20000 x 20000"), std::string::npos) << err;
+}
+
+TEST_F(PictureLoading, TheRefusalLineIsADiagnosticThatLoggingRulesSilence) {
+    WriteBytes(Path("huge.png"), LargeMonochromePng(20000, 20000));
+    QLoggingCategory::setFilterRules(QStringLiteral("pelorin.picture.warning=false"));
+    testing::internal::CaptureStderr();
+    ExpectCannotLoadFile(Path("huge.png"));
+    const std::string silenced = testing::internal::GetCapturedStderr();
+    QLoggingCategory::setFilterRules(QString());
+    EXPECT_EQ(silenced.find("20000 x 20000"), std::string::npos) << silenced;
+    // Without a rule the line prints bare, as the program's own lines always have.
+    testing::internal::CaptureStderr();
+    ExpectCannotLoadFile(Path("huge.png"));
+    const std::string shown = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(shown.rfind("Pelorin: ", 0), 0u) << shown;
 }
 
 TEST_F(PictureLoading, HugeSvgIsRefused) {

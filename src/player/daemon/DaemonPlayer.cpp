@@ -11,7 +11,6 @@
 #include "player/daemon/DaemonTrack.h"
 
 #include <algorithm>
-#include <csignal>
 #include <mpd/client.h>
 
 namespace Pelorin {
@@ -31,9 +30,6 @@ DaemonPlayer::DaemonPlayer(Options options, QObject* parent)
     : IiTunes(parent), m_options(std::move(options)),
       m_session(std::make_shared<DaemonSession>(m_options.address, m_options.timeoutMs)),
       m_watcher(m_options.address, m_options.timeoutMs) {
-    // Writing to a daemon that has just gone raises SIGPIPE, which would end the program; the
-    // failed write is reported as a broken connection instead.
-    std::signal(SIGPIPE, SIG_IGN);
     connect(&m_watcher, &IdleWatcher::Changed, this, &DaemonPlayer::OnChanged);
     connect(&m_watcher, &IdleWatcher::Lost, this, &DaemonPlayer::OnLost);
     m_reconnectTimer.setSingleShot(true);

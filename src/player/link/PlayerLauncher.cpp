@@ -1,5 +1,7 @@
 #include "player/link/PlayerLauncher.h"
 
+#include "base/Log.h"
+
 #include <QDebug>
 
 namespace Pelorin {
@@ -37,7 +39,7 @@ void PlayerLauncher::StartPlayer() {
     }
     m_lastError = m_embedded.Start();
     if (!m_lastError.isEmpty()) {
-        qWarning().noquote() << m_lastError;
+        qCWarning(lcPlayer).noquote() << m_lastError;
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "SkinControls.h"
 #include "VbTimer.h"
+#include "base/Log.h"
 #include "base/PositionFile.h"
 #include "base/TextFile.h"
 #include "base/TextRules.h"
@@ -20,7 +21,6 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <algorithm>
-#include <cstdio>
 
 namespace Pelorin {
 
@@ -159,8 +159,7 @@ void frmMain::LoadSkin(const QString& skinFile, const QString& path) {
         if (!TextFile::Read(skinFile, content, &readError))
             throw VbError(VbError::FileNotFoundNumber, readError);
         if (!content.HasCR && !content.Lines.isEmpty() && !content.Lines.first().isEmpty())
-            std::fprintf(stderr, "%s\n",
-                         qPrintable(skinFile + QLatin1String(": ") + SkinFileNoCrWarning()));
+            qCWarning(lcSkin).noquote() << skinFile + QLatin1String(": ") + SkinFileNoCrWarning();
         ProcessLines(
             m_model, content.Lines, path, *this,
             [](const SkinLineFault& fault) { ShowLineError(fault.Error, fault.Line); },

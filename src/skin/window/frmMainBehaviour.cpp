@@ -3,6 +3,7 @@
 #include "SkinControls.h"
 #include "VbTimer.h"
 #include "WindowShape.h"
+#include "base/Log.h"
 #include "base/PositionFile.h"
 #include "base/TextRules.h"
 #include "frmMain.h"
@@ -16,7 +17,6 @@
 #include <QPointer>
 #include <QTimer>
 #include <QWindow>
-#include <cstdio>
 
 namespace Pelorin {
 
@@ -160,8 +160,8 @@ void frmMain::PutOnDesktop() {
     const auto outcome = m_lastPlacement.outcome;
     if (outcome == DesktopPlacement::Outcome::NotAvailable ||
         outcome == DesktopPlacement::Outcome::Failed)
-        std::fprintf(stderr, "Pelorin: %s: %s\n", qPrintable(windowTitle()),
-                     qPrintable(m_lastPlacement.Describe()));
+        qCWarning(lcWindow).noquote() << QStringLiteral("Pelorin: ") + windowTitle() +
+                                             QStringLiteral(": ") + m_lastPlacement.Describe();
 }
 
 void frmMain::SetLayeredAlpha(int alpha) {
