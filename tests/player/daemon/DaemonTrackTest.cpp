@@ -85,7 +85,9 @@ TEST_F(DaemonTracks, SettingATextTagWritesTheFileAndTheDaemonRescansIt) {
     EXPECT_EQ(track->Comment(), QStringLiteral("Written by a test"));
     EXPECT_TRUE(TagBecomes(catalog.tracks[1].uri, QStringLiteral("%comment%"),
                            QStringLiteral("Written by a test")));
-    EXPECT_EQ(player->CurrentTrack()->Comment(), QStringLiteral("Written by a test"));
+    // The queue entry takes the new tag only once the daemon has finished its rescan.
+    EXPECT_TRUE(WaitUntil(
+        [&] { return player->CurrentTrack()->Comment() == QStringLiteral("Written by a test"); }));
 }
 
 TEST_F(DaemonTracks, PropertySetByNameReachesEveryWritableTag) {
