@@ -1,9 +1,7 @@
 #include "app/binding/SkinWindowBinding.h"
 
+#include "app/binding/BoundWindow.h"
 #include "app/binding/SkinWindowMenu.h"
-#include "app/binding/WindowDisplayHost.h"
-#include "app/binding/WindowPointerHost.h"
-#include "app/binding/WindowRunCodeHost.h"
 #include "display/TrackDisplay.h"
 #include "platform/PlatformHelpers.h"
 #include "player/link/PlayerLink.h"
@@ -24,11 +22,9 @@ SkinWindowBinding::SkinWindowBinding(SkinWindowProgram program) : m_program(std:
 SkinWindowBinding::~SkinWindowBinding() {
     // The parts refer to each other: the users go before what they use.
     m_pointer.reset();
-    m_pointerHost.reset();
     m_interpreter.reset();
-    m_runCodeHost.reset();
     m_display.reset();
-    m_displayHost.reset();
+    m_boundWindow.reset();
     m_link.reset();
 }
 
@@ -40,26 +36,26 @@ void SkinWindowBinding::Attach(frmMain* window) {
     Q_ASSERT(player != nullptr);
     m_link = std::make_unique<PlayerLink>(*player, *this);
     // The command language, the display and the pointer code all reach the player through the
-    // one link; a click goes window -> pointer -> interpreter -> link -> player.
-    m_displayHost = std::make_unique<WindowDisplayHost>(*window);
-    m_display = std::make_unique<TrackDisplay>(*m_displayHost, *m_link);
-    m_runCodeHost = std::make_unique<WindowRunCodeHost>(
-        *window, m_program, [this](int index) { m_display->imgRatings_Click(index); });
-    m_interpreter = std::make_unique<CommandInterpreter>(*m_runCodeHost, *m_link);
-    m_pointerHost =
-        std::make_unique<WindowPointerHost>(*window, *m_display, [this] { ShowMenu(); });
+    // one link, and the window through the one BoundWindow; a click goes window -> pointer ->
+    // interpreter -> link -> player.
+    m_boundWindow = std::make_unique<BoundWindow>(*window, m_program);
+    m_display = std::make_unique<TrackDisplay>(*m_boundWindow, *m_link);
+    m_interpreter = std::make_unique<CommandInterpreter>(*m_boundWindow, *m_link);
     m_pointer =
-        std::make_unique<PointerInteraction>(*m_pointerHost, *m_link, [this](const QString& code) {
-            if (WindowAlive())
+        std::make_unique<PointerInteraction>(*m_boundWindow, *m_link, [this](const QString& code) {
+            if (!m_boundWindow->WindowGone())
                 m_interpreter->RunCodeText(code);
         });
+    m_boundWindow->SetDisplay(m_display.get());
+    m_boundWindow->SetShowMenu([this] { ShowMenu(); });
+    Connect(window);
 
     // Form_Load: the window connects as it is created.
     Run([this] { m_link->FormLoad(); });
 }
 
 bool SkinWindowBinding::WindowAlive() const {
-    return !m_window.isNull() && !m_window->IsUnloaded();
+    return m_boundWindow && !m_boundWindow->WindowGone();
 }
 
 template <typename Work> void SkinWindowBinding::Run(Work&& work) {
@@ -87,40 +83,45 @@ SkinWindowServices SkinWindowBinding::MakeServices() {
     s.RunCode = [this](frmMain&, QString& code) { Run([&] { m_interpreter->RunCode(code); }); };
     s.NewEvent = [this](frmMain&, const QString& line) { m_events.NewEvent(line); };
     s.LoadSong = [this](frmMain&) { Run([this] { m_display->LoadSong(); }); };
-    s.tmrProgress_Timer = [this](frmMain&) { Run([this] { m_display->tmrProgress_Timer(); }); };
-    s.tmrScroll_Timer = [this](frmMain&) { Run([this] { m_display->tmrScroll_Timer(); }); };
-    s.tmrTrackImage_Timer = [this](frmMain&) { Run([this] { m_pointer->tmrTrackImage_Timer(); }); };
-    s.tmrDeskbarLetDie_Timer = [this](frmMain&) {
-        Run([this] { m_link->tmrDeskbarLetDie_Timer(); });
-    };
-    s.ShowMenu = [this](frmMain&) { ShowMenu(); };
-    s.img_MouseDown = [this](frmMain&, int index, int button, int shift, int x, int y) {
-        Run([&] { m_pointer->img_MouseDown(index, button, shift, x, y); });
-    };
-    s.img_MouseMove = [this](frmMain&, int index, int button, int shift, int x, int y) {
-        Run([&] { m_pointer->img_MouseMove(index, button, shift, x, y); });
-    };
-    s.img_MouseUp = [this](frmMain&, int index, int button, int shift, int x, int y) {
-        Run([&] { m_pointer->img_MouseUp(index, button, shift, x, y); });
-    };
-    s.img_OLEDragDrop = [this](frmMain&, int index, const QStringList& files) {
-        Run([&] { m_pointer->img_OLEDragDrop(index, files); });
-    };
-    s.imgProgress_MouseDown = [this](frmMain&, Qt::MouseButtons buttons, double x) {
-        Run([&] { m_display->imgProgress_MouseDown(buttons, x); });
-    };
-    s.imgProgress_MouseMove = [this](frmMain&, Qt::MouseButtons buttons, double x) {
-        Run([&] { m_display->imgProgress_MouseMove(buttons, x); });
-    };
-    s.imgRatings_MouseDown = [this](frmMain&, int index) {
-        Run([&] { m_display->imgRatings_MouseDown(index); });
-    };
-    s.imgRatings_Click = [this](frmMain&, int index) {
-        Run([&] { m_display->imgRatings_Click(index); });
-    };
     // Not built yet: the personal file and keyboard shortcuts, hotkeys and the lyrics control.
-    // CheckStartPersonal, ProcessKeyShortcuts, CloseAllHotkeys and FirstActivation stay empty.
+    // CheckStartPersonal, ProcessKeyShortcuts and CloseAllHotkeys stay empty, and nothing
+    // listens to the first activation.
     return s;
+}
+
+void SkinWindowBinding::Connect(frmMain* window) {
+    // Every handler runs inside Run, so the binding outlives the calls that are running when its
+    // window goes.
+    const auto on = [this, window](auto signal, auto handler) {
+        connect(window, signal, this,
+                [this, handler](auto... arguments) { Run([&] { handler(arguments...); }); });
+    };
+    on(&frmMain::scrollTimerTicked, [this] { m_display->tmrScroll_Timer(); });
+    on(&frmMain::progressTimerTicked, [this] { m_display->tmrProgress_Timer(); });
+    on(&frmMain::trackImageTimerTicked, [this] { m_pointer->tmrTrackImage_Timer(); });
+    on(&frmMain::deskbarLetDieTimerTicked, [this] { m_link->tmrDeskbarLetDie_Timer(); });
+    on(&frmMain::imagePressed,
+       [this](int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint position) {
+           m_pointer->ImagePressed(index, button, modifiers, position);
+       });
+    on(&frmMain::imageMoved,
+       [this](int index, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
+              QPoint position) { m_pointer->ImageMoved(index, buttons, modifiers, position); });
+    on(&frmMain::imageReleased,
+       [this](int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint position) {
+           m_pointer->ImageReleased(index, button, modifiers, position);
+       });
+    on(&frmMain::imageFilesDropped,
+       [this](int index, const QStringList& files) { m_pointer->img_OLEDragDrop(index, files); });
+    on(&frmMain::progressPressed, [this](Qt::MouseButtons buttons, double x) {
+        m_display->imgProgress_MouseDown(buttons, x);
+    });
+    on(&frmMain::progressMoved, [this](Qt::MouseButtons buttons, double x) {
+        m_display->imgProgress_MouseMove(buttons, x);
+    });
+    on(&frmMain::starPressed, [this](int index) { m_display->imgRatings_MouseDown(index); });
+    on(&frmMain::starClicked, [this](int index) { m_display->imgRatings_Click(index); });
+    on(&frmMain::menuRequested, [this] { ShowMenu(); });
 }
 
 void SkinWindowBinding::CheckEvent(const QString& eventName) {

@@ -11,19 +11,18 @@
 
 namespace Pelorin {
 
+class BoundWindow;
 class CommandInterpreter;
 class PlayerLink;
 class PointerInteraction;
 class TrackDisplay;
-class WindowDisplayHost;
-class WindowPointerHost;
-class WindowRunCodeHost;
 
 // Brings one skin window to life: it owns the window's player link, track display, command
-// interpreter, skin events and pointer interaction, and fills the window's services with them.
-// Player events reach the window through it (newsong, stopsong, databasechanged, the player
-// quitting); the window's timers, clicks, drops and "runcode" lines reach the command language
-// and the display through it.
+// interpreter, skin events and pointer interaction, and wires them together. The window's
+// signals (timer ticks, presses, drops, the menu request) are connected to the part that
+// handles each; its services (RunCode, events, the loading steps) are filled with them; player
+// events reach the window's parts through the link (newsong, stopsong, databasechanged, the
+// player quitting). Nothing here does work of its own.
 //
 // Keyboard shortcuts, hotkeys, the personal file and the lyrics control are not part of it yet:
 // those services stay empty.
@@ -58,6 +57,7 @@ private:
     explicit SkinWindowBinding(SkinWindowProgram program);
     SkinWindowServices MakeServices();
     void Attach(frmMain* window);
+    void Connect(frmMain* window);
     bool WindowAlive() const;
     // Every call from the window or the player link goes through here, so the binding outlives
     // the calls that are running when its window goes.
@@ -71,11 +71,9 @@ private:
 
     SkinEvents m_events;
     std::unique_ptr<PlayerLink> m_link;
-    std::unique_ptr<WindowDisplayHost> m_displayHost;
+    std::unique_ptr<BoundWindow> m_boundWindow;
     std::unique_ptr<TrackDisplay> m_display;
-    std::unique_ptr<WindowRunCodeHost> m_runCodeHost;
     std::unique_ptr<CommandInterpreter> m_interpreter;
-    std::unique_ptr<WindowPointerHost> m_pointerHost;
     std::unique_ptr<PointerInteraction> m_pointer;
 };
 

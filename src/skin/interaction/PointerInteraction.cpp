@@ -28,6 +28,35 @@ bool IsArtwork(const QString& field) {
     return Rules::EqualsIgnoringCase(field, u"ARTWORK");
 }
 
+// The shift state as the handlers count it: 1 Shift, 2 Ctrl, 4 Alt.
+int ShiftState(Qt::KeyboardModifiers modifiers) {
+    int shift = 0;
+    if (modifiers & Qt::ShiftModifier)
+        shift |= 1;
+    if (modifiers & Qt::ControlModifier)
+        shift |= 2;
+    if (modifiers & Qt::AltModifier)
+        shift |= 4;
+    return shift;
+}
+
+// The button of a press or release: 1 left, 2 right, 4 middle.
+int ButtonNumber(Qt::MouseButton button) {
+    return button == Qt::RightButton ? 2 : button == Qt::MiddleButton ? 4 : 1;
+}
+
+// The buttons held during a move, numbered as a press numbers them; 0 for none.
+int ButtonsHeld(Qt::MouseButtons buttons) {
+    int held = 0;
+    if (buttons & Qt::LeftButton)
+        held |= 1;
+    if (buttons & Qt::RightButton)
+        held |= 2;
+    if (buttons & Qt::MiddleButton)
+        held |= 4;
+    return held;
+}
+
 // A hover or pressed field that asks for a picture at all.
 bool Shows(const QString& field) {
     return !field.isEmpty() && !IsNone(field);
@@ -37,6 +66,21 @@ bool Shows(const QString& field) {
 
 PointerInteraction::PointerInteraction(PointerHost& host, WindowPlayer& player, CodeRunner runCode)
     : m_host(host), m_player(player), m_runCode(std::move(runCode)) {}
+
+void PointerInteraction::ImagePressed(int index, Qt::MouseButton button,
+                                      Qt::KeyboardModifiers modifiers, QPoint position) {
+    img_MouseDown(index, ButtonNumber(button), ShiftState(modifiers), position.x(), position.y());
+}
+
+void PointerInteraction::ImageMoved(int index, Qt::MouseButtons buttons,
+                                    Qt::KeyboardModifiers modifiers, QPoint position) {
+    img_MouseMove(index, ButtonsHeld(buttons), ShiftState(modifiers), position.x(), position.y());
+}
+
+void PointerInteraction::ImageReleased(int index, Qt::MouseButton button,
+                                       Qt::KeyboardModifiers modifiers, QPoint position) {
+    img_MouseUp(index, ButtonNumber(button), ShiftState(modifiers), position.x(), position.y());
+}
 
 QString PointerInteraction::PictureField(int index, int field) const {
     const QStringList fields = Rules::SplitFirstFields(m_host.ImagePictures(index), field, u'|');

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <QString>
 #include <QStringList>
 #include <cstdint>
@@ -23,6 +24,15 @@ public:
     using CodeRunner = std::function<void(const QString& code)>;
 
     PointerInteraction(PointerHost& host, WindowPlayer& player, CodeRunner runCode);
+
+    // The window's pointer signals, in Qt's terms: the one place where buttons and modifiers
+    // become the numbers the handlers below count in.
+    void ImagePressed(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                      QPoint position);
+    void ImageMoved(int index, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
+                    QPoint position);
+    void ImageReleased(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                       QPoint position);
 
     void img_MouseDown(int Index, int Button, int Shift, int X, int Y);
     void img_MouseMove(int Index, int Button, int Shift, int X, int Y);

@@ -125,14 +125,10 @@ void frmMain::CreateFixedControls() {
     m_tmrTrackImage =
         new VbTimer(QStringLiteral("tmrTrackImage"), this, false, TrackImageIntervalMs);
     m_tmrDeskbarLetDie = new VbTimer(QStringLiteral("tmrDeskbarLetDie"), this, false);
-    connect(m_tmrScroll, &VbTimer::Timer, this,
-            [this] { CallService(m_links.services.tmrScroll_Timer); });
-    connect(m_tmrProgress, &VbTimer::Timer, this,
-            [this] { CallService(m_links.services.tmrProgress_Timer); });
-    connect(m_tmrTrackImage, &VbTimer::Timer, this,
-            [this] { CallService(m_links.services.tmrTrackImage_Timer); });
-    connect(m_tmrDeskbarLetDie, &VbTimer::Timer, this,
-            [this] { CallService(m_links.services.tmrDeskbarLetDie_Timer); });
+    connect(m_tmrScroll, &VbTimer::Timer, this, &frmMain::scrollTimerTicked);
+    connect(m_tmrProgress, &VbTimer::Timer, this, &frmMain::progressTimerTicked);
+    connect(m_tmrTrackImage, &VbTimer::Timer, this, &frmMain::trackImageTimerTicked);
+    connect(m_tmrDeskbarLetDie, &VbTimer::Timer, this, &frmMain::deskbarLetDieTimerTicked);
 }
 
 void frmMain::CallService(const std::function<void(frmMain&)>& service) {
@@ -173,7 +169,7 @@ void frmMain::LoadSkin(const QString& skinFile, const QString& path) {
         CallService(m_links.services.CheckStartPersonal);
         CallService(m_links.services.LoadSong);
         CallService(m_links.services.ProcessKeyShortcuts);
-        CallService(m_links.services.tmrProgress_Timer);
+        Q_EMIT progressTimerTicked();
     } catch (const VbError& error) {
         ShowLoadSkinError(error);
     }

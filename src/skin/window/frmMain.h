@@ -144,6 +144,33 @@ public:
     static constexpr int DefaultWidth = 320;
     static constexpr int DefaultHeight = 100;
 
+Q_SIGNALS:
+    // What happens to the window, in Qt's terms: whoever brings the window to life connects to
+    // these. Positions are in the pressed control's own pixels.
+    // The built-in timers' ticks (tmrProgress also ticks once at the end of LoadSkin).
+    void scrollTimerTicked();
+    void progressTimerTicked();
+    void trackImageTimerTicked();
+    void deskbarLetDieTimerTicked();
+    // img(index) under the pointer, and local files dropped on an image that takes drops.
+    void imagePressed(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                      QPoint position);
+    void imageMoved(int index, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
+                    QPoint position);
+    void imageReleased(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                       QPoint position);
+    void imageFilesDropped(int index, const QStringList& files);
+    // The progress bar: a press and the pointer moving over it; `x` from the bar's left edge.
+    void progressPressed(Qt::MouseButtons buttons, double x);
+    void progressMoved(Qt::MouseButtons buttons, double x);
+    // The stars (0 to 4): a press, and a click (a left press released over the same star).
+    void starPressed(int index);
+    void starClicked(int index);
+    // A right-button release on the window or a label: the pop-up menu.
+    void menuRequested();
+    // The window's first real activation: where the lyrics control gets its folder.
+    void firstActivated();
+
 protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -185,6 +212,9 @@ private:
     void StarPress(int index);
     void StarRelease(int index, Qt::MouseButton button, QPoint pos);
     void CallService(const std::function<void(frmMain&)>& service);
+    // Whether anything listens to `signal`: a press nobody handles still counts as an
+    // interaction.
+    template <typename Signal> bool Handled(Signal signal) const;
     void MoveTo(QPoint position);
     QPoint PlacedPosition() const;
     void ResyncPositionAfterMapping();

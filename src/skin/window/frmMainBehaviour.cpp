@@ -12,6 +12,7 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QMetaMethod>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
@@ -25,23 +26,6 @@ namespace {
 QColor ToQColor(WindowsColour colour) {
     const RgbColour rgb = ColourToRgb(colour);
     return QColor(rgb.Red, rgb.Green, rgb.Blue);
-}
-
-// The shift state of a mouse or key event as the window's handlers count it: 1 Shift, 2 Ctrl,
-// 4 Alt.
-int ShiftState(Qt::KeyboardModifiers modifiers) {
-    int shift = 0;
-    if (modifiers & Qt::ShiftModifier)
-        shift |= 1;
-    if (modifiers & Qt::ControlModifier)
-        shift |= 2;
-    if (modifiers & Qt::AltModifier)
-        shift |= 4;
-    return shift;
-}
-
-int ButtonNumber(Qt::MouseButton button) {
-    return button == Qt::RightButton ? 2 : button == Qt::MiddleButton ? 4 : 1;
 }
 
 } // namespace
@@ -217,62 +201,48 @@ void frmMain::RunInterActionCode() {
     }
 }
 
+template <typename Signal> bool frmMain::Handled(Signal signal) const {
+    return isSignalConnected(QMetaMethod::fromSignal(signal));
+}
+
 void frmMain::ImagePress(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
                          QPoint pos) {
-    if (m_links.services.img_MouseDown) {
-        m_links.services.img_MouseDown(*this, index, ButtonNumber(button), ShiftState(modifiers),
-                                       pos.x(), pos.y());
-        return;
-    }
-    RunInterActionCode();
+    if (Handled(&frmMain::imagePressed))
+        Q_EMIT imagePressed(index, button, modifiers, pos);
+    else
+        RunInterActionCode();
 }
 
 void frmMain::ImageMove(int index, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
                         QPoint pos) {
-    if (!m_links.services.img_MouseMove)
-        return;
-    // The buttons held, as a press numbers them (1 left, 2 right, 4 middle); 0 for none.
-    int held = 0;
-    if (buttons & Qt::LeftButton)
-        held |= 1;
-    if (buttons & Qt::RightButton)
-        held |= 2;
-    if (buttons & Qt::MiddleButton)
-        held |= 4;
-    m_links.services.img_MouseMove(*this, index, held, ShiftState(modifiers), pos.x(), pos.y());
+    Q_EMIT imageMoved(index, buttons, modifiers, pos);
 }
 
 void frmMain::ImageRelease(int index, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
                            QPoint pos) {
-    if (m_links.services.img_MouseUp)
-        m_links.services.img_MouseUp(*this, index, ButtonNumber(button), ShiftState(modifiers),
-                                     pos.x(), pos.y());
+    Q_EMIT imageReleased(index, button, modifiers, pos);
 }
 
 void frmMain::ImageDrop(int index, const QStringList& files) {
-    if (m_links.services.img_OLEDragDrop)
-        m_links.services.img_OLEDragDrop(*this, index, files);
+    Q_EMIT imageFilesDropped(index, files);
 }
 
 void frmMain::ProgressPress(Qt::MouseButton button, Qt::KeyboardModifiers, QPoint pos) {
-    if (m_links.services.imgProgress_MouseDown) {
-        m_links.services.imgProgress_MouseDown(*this, button, pos.x());
-        return;
-    }
-    RunInterActionCode();
+    if (Handled(&frmMain::progressPressed))
+        Q_EMIT progressPressed(button, pos.x());
+    else
+        RunInterActionCode();
 }
 
 void frmMain::ProgressMove(Qt::MouseButtons buttons, Qt::KeyboardModifiers, QPoint pos) {
-    if (m_links.services.imgProgress_MouseMove)
-        m_links.services.imgProgress_MouseMove(*this, buttons, pos.x());
+    Q_EMIT progressMoved(buttons, pos.x());
 }
 
 void frmMain::StarPress(int index) {
-    if (m_links.services.imgRatings_MouseDown) {
-        m_links.services.imgRatings_MouseDown(*this, index);
-        return;
-    }
-    RunInterActionCode();
+    if (Handled(&frmMain::starPressed))
+        Q_EMIT starPressed(index);
+    else
+        RunInterActionCode();
 }
 
 void frmMain::StarRelease(int index, Qt::MouseButton button, QPoint pos) {
@@ -280,8 +250,7 @@ void frmMain::StarRelease(int index, Qt::MouseButton button, QPoint pos) {
     const PictureBox* star = imgRatings(index);
     if (button != Qt::LeftButton || star == nullptr || !star->rect().contains(pos))
         return;
-    if (m_links.services.imgRatings_Click)
-        m_links.services.imgRatings_Click(*this, index);
+    Q_EMIT starClicked(index);
 }
 
 void frmMain::tmr_Timer(int index) {
@@ -311,7 +280,7 @@ void frmMain::Form_Activate() {
         return;
     if (!m_activatedOnce) {
         m_activatedOnce = true;
-        CallService(m_links.services.FirstActivation);
+        Q_EMIT firstActivated();
     }
     // A window that no skin was loaded into has no business being open.
     if (m_model.Tag.isEmpty())
@@ -345,14 +314,15 @@ void frmMain::mousePressEvent(QMouseEvent* event) {
 
 void frmMain::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::RightButton)
-        CallService(m_links.services.ShowMenu);
+        Q_EMIT menuRequested();
     event->accept();
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
     const bool modifierKey = key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt;
-    if (ShiftState(event->modifiers()) != 0 || modifierKey)
+    const Qt::KeyboardModifiers moving = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
+    if ((event->modifiers() & moving) != 0 || modifierKey)
         StartMoveWindow();
     event->accept();
 }

@@ -258,7 +258,9 @@ TEST_F(SkinLoading, TheStepsAfterTheFileRunInOrderAfterThePosition) {
     services.CheckStartPersonal = record("CheckStartPersonal");
     services.LoadSong = record("LoadSong");
     services.ProcessKeyShortcuts = record("ProcessKeyShortcuts");
-    services.tmrProgress_Timer = record("tmrProgress_Timer");
+    windowSignals.progressTimerTicked = [&steps] {
+        steps.append(QStringLiteral("tmrProgress_Timer"));
+    };
     services.NewEvent = [&steps](frmMain&, const QString& line) {
         steps.append(QStringLiteral("NewEvent ") + line);
     };

@@ -286,7 +286,7 @@ TEST_F(SkinWindowBehaviour, TheWindowSystemsCloseRequestRunsTheWindowsClosing) {
 
 TEST_F(SkinWindowBehaviour, AWindowWithoutASkinUnloadsItselfOnItsFirstActivation) {
     int firstActivations = 0;
-    services.FirstActivation = [&firstActivations](frmMain&) { ++firstActivations; };
+    windowSignals.firstActivated = [&firstActivations] { ++firstActivations; };
     QPointer<frmMain> stray = Create();
     stray->show();
     ASSERT_TRUE(WaitExposed(stray));
@@ -297,7 +297,7 @@ TEST_F(SkinWindowBehaviour, AWindowWithoutASkinUnloadsItselfOnItsFirstActivation
 
 TEST_F(SkinWindowBehaviour, ALoadedWindowHandsOffOnlyOnItsFirstActivation) {
     int firstActivations = 0;
-    services.FirstActivation = [&firstActivations](frmMain&) { ++firstActivations; };
+    windowSignals.firstActivated = [&firstActivations] { ++firstActivations; };
     QPointer<frmMain> window = OpenSkin(QStringLiteral("Activate"), {});
     ASSERT_TRUE(WaitExposed(window));
     window->activateWindow();
@@ -354,7 +354,7 @@ TEST_F(SkinWindowBehaviour, APressOnTheWindowRaisesTheFlagRunsInteractionCodesTh
     QStringList ran;
     int menus = 0;
     services.RunCode = [&ran](frmMain&, const QString& code) { ran.append(code); };
-    services.ShowMenu = [&menus](frmMain&) { ++menus; };
+    windowSignals.menuRequested = [&menus] { ++menus; };
     QPointer<frmMain> window =
         OpenSkin(QStringLiteral("Press"),
                  {QStringLiteral("anyinteraction=one"), QStringLiteral("anyinteraction=two"),

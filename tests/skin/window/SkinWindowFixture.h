@@ -88,7 +88,18 @@ protected:
         return links;
     }
 
-    frmMain* Create() { return new frmMain(MakeLinks()); }
+    frmMain* Create() {
+        auto* window = new frmMain(MakeLinks());
+        // The window's signals, for tests that listen to them from the start.
+        const auto hook = [window](auto signal, const std::function<void()>& handler) {
+            if (handler)
+                QObject::connect(window, signal, window, [handler] { handler(); });
+        };
+        hook(&frmMain::firstActivated, windowSignals.firstActivated);
+        hook(&frmMain::menuRequested, windowSignals.menuRequested);
+        hook(&frmMain::progressTimerTicked, windowSignals.progressTimerTicked);
+        return window;
+    }
 
     // What opening a skin window does: create, load, optionally place, RunAfter.
     QPointer<frmMain> Open(const QString& folder, int leftTwips = -99, int topTwips = -99) {
@@ -112,6 +123,11 @@ protected:
     std::unique_ptr<WindowSystem> windowSystem;
     FormsRegistry forms;
     SkinWindowServices services;
+    struct {
+        std::function<void()> firstActivated;
+        std::function<void()> menuRequested;
+        std::function<void()> progressTimerTicked;
+    } windowSignals;
     EffectPacing* pacing = nullptr;
     WindowMover::Method moveMethod = WindowMover::Method::SystemFirst;
     QStringList unloadingCalls;
