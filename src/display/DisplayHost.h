@@ -26,6 +26,8 @@ public:
 
     // The window's plain repaint.
     virtual void Repaint() = 0;
+    // Paints the labels at once, before the refresh goes on to slower work.
+    virtual void PaintLabelsNow() = 0;
     // Finishes a close begun earlier. The window must stay alive until control returns to the
     // event loop, and a second call while it closes does nothing.
     virtual void Unload() = 0;

@@ -3,28 +3,23 @@
 #include "base/TextRules.h"
 #include "display/DisplayHost.h"
 #include "display/TagTemplate.h"
+#include "display/TrackValues.h"
 #include "platform/MessageBox.h"
 #include "player/link/PlayerAccess.h"
 #include "skin/SkinModel.h"
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 
 namespace Pelorin {
 
-namespace {
-
-// Whole seconds from the track's length text, as everything that measures the track reads it.
-int TrackSeconds(IITTrack& track) {
-    return Rules::Seconds(track.Time());
-}
-
-} // namespace
+namespace {} // namespace
 
 ProgressBar::ProgressBar(DisplayHost& host, WindowPlayer& player)
     : m_host(host), m_player(player) {}
 
-void ProgressBar::tmrProgress_Timer(bool hasTimeLabels) {
+void ProgressBar::tmrProgress_Timer(bool hasTimeLabels, TrackValues* refreshValues) {
     try {
         if (m_host.Model().Closing) {
             m_host.Unload();
@@ -32,10 +27,14 @@ void ProgressBar::tmrProgress_Timer(bool hasTimeLabels) {
         }
         if (m_player.iTunesIsNothing(true))
             return;
-        if (hasTimeLabels)
-            UpdateRunningTimeLabels();
         IiTunes& player = PlayerAccess::R(m_player);
-        const int length = TrackSeconds(*PlayerAccess::CurrentTrack(player));
+        std::optional<TrackValues> tickValues;
+        if (refreshValues == nullptr)
+            tickValues.emplace(&player);
+        TrackValues& values = refreshValues != nullptr ? *refreshValues : *tickValues;
+        if (hasTimeLabels)
+            UpdateRunningTimeLabels(values);
+        const int length = values.LengthSeconds();
         if (length == 0) {
             m_host.SetProgressWidth(0);
             return;
@@ -49,7 +48,7 @@ void ProgressBar::tmrProgress_Timer(bool hasTimeLabels) {
     }
 }
 
-void ProgressBar::UpdateRunningTimeLabels() {
+void ProgressBar::UpdateRunningTimeLabels(TrackValues& values) {
     SkinModel& model = m_host.Model();
     for (int i = 1; i <= model.LabelCount(); ++i) {
         // The raw template, compared exactly: other placeholders of a running-time label show
@@ -63,7 +62,7 @@ void ProgressBar::UpdateRunningTimeLabels() {
         }
         if (TagTemplate::HasCurrentRemaining(tag)) {
             IiTunes& player = PlayerAccess::R(m_player);
-            const int length = TrackSeconds(*PlayerAccess::CurrentTrack(player));
+            const int length = values.LengthSeconds();
             const auto milliseconds =
                 Rules::ToInt32((static_cast<double>(length) - player.PlayerPosition()) * 1000);
             m_host.SetLabelCaption(i, TagTemplate::CurrentRemainingCaption(tag, milliseconds));
@@ -97,7 +96,7 @@ void ProgressBar::Seek(double x) {
     if (fullWidth == 0)
         return;
     IiTunes& player = PlayerAccess::R(m_player);
-    const int length = TrackSeconds(*PlayerAccess::CurrentTrack(player));
+    const int length = TrackValues(&player).LengthSeconds();
     // A drag may leave the bar on either side; the player takes only positions within the track.
     const double seconds =
         std::clamp(length * (pixels / fullWidth), 0.0, static_cast<double>(std::max(length, 0)));

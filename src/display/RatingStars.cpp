@@ -3,6 +3,7 @@
 #include "base/FileNames.h"
 #include "base/TextRules.h"
 #include "display/DisplayHost.h"
+#include "display/TrackValues.h"
 #include "platform/MessageBox.h"
 #include "platform/PictureLoader.h"
 #include "player/link/PlayerAccess.h"
@@ -24,7 +25,7 @@ double NumberOf(const QStringList& fields, qsizetype index) {
 RatingStars::RatingStars(DisplayHost& host, WindowPlayer& player)
     : m_host(host), m_player(player) {}
 
-void RatingStars::ShowRatings() {
+void RatingStars::ShowRatings(TrackValues& values) {
     const SkinModel& model = m_host.Model();
     if (model.RatingsSpec.isEmpty())
         return;
@@ -42,7 +43,7 @@ void RatingStars::ShowRatings() {
         const QString& unlit = Rules::Field(fields, 5);
         if (unlit != u"NONE") {
             if (!rating)
-                rating = PlayerAccess::CurrentTrack(PlayerAccess::R(m_player))->Rating();
+                rating = values.Rating();
             const bool lit = k < *rating / 20.0;
             const QString& name = lit ? Rules::Field(fields, 6) : unlit;
             const QString file = FileNames::InFolder(model.SkinFolder, name);

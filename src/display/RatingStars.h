@@ -3,6 +3,7 @@
 namespace Pelorin {
 
 class DisplayHost;
+class TrackValues;
 class WindowPlayer;
 
 // The five rating stars (imgRatings(0) to imgRatings(4)) that the skin's "ratingscontrol" line
@@ -15,8 +16,9 @@ public:
 
     // Places the stars and shows the rating: star k is lit when k is less than rating / 20, so a
     // rating of 50 lights three. With the unlit picture named "NONE" (exactly) the stars are
-    // empty click areas. Throws VbError (a missing field, a picture that does not load).
-    void ShowRatings();
+    // empty click areas. The rating is the one the refresh read (`values`). Throws VbError (a
+    // missing field, a picture that does not load).
+    void ShowRatings(TrackValues& values);
 
     // A click on star `index` rates the current track (index + 1) * 20; the display follows when
     // the player reports the change. An index outside 0..4 does nothing.

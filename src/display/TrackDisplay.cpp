@@ -43,16 +43,20 @@ void TrackDisplay::RefreshInfo() {
         m_hasTimeLabels = false;
         SkinModel& model = m_host.Model();
         const int labelCount = model.LabelCount();
-        if (labelCount > 0) {
-            TrackValues values(m_player.iTunesR());
-            for (int i = 1; i <= labelCount; ++i)
-                RefreshLabel(i, values);
+        // The track is read once here and handed to every part of the refresh.
+        TrackValues values(m_player.iTunesR());
+        for (int i = 1; i <= labelCount; ++i)
+            RefreshLabel(i, values);
+        if (model.HasArtwork) {
+            // Decoding the cover takes longer than everything else: the new texts go on screen
+            // first.
+            if (labelCount > 0)
+                m_host.PaintLabelsNow();
+            ShowArtworkImages(values);
         }
-        if (model.HasArtwork)
-            ShowArtworkImages();
-        m_progress.tmrProgress_Timer(m_hasTimeLabels);
+        m_progress.tmrProgress_Timer(m_hasTimeLabels, &values);
         m_scroller.tmrScroll_Timer();
-        m_ratings.ShowRatings();
+        m_ratings.ShowRatings(values);
     } catch (const VbError& error) {
         ShowRefreshError(error.description());
     } catch (const std::exception& error) {
@@ -93,7 +97,7 @@ void TrackDisplay::RefreshLabel(int index, TrackValues& values) {
         m_hasTimeLabels = true;
 }
 
-void TrackDisplay::ShowArtworkImages() {
+void TrackDisplay::ShowArtworkImages(TrackValues& values) {
     const SkinModel& model = m_host.Model();
     for (int j = 0; j <= model.ImageCount(); ++j) {
         const QString special = j < model.ImagePictures.size() ? model.ImagePictures[j] : QString();
@@ -101,7 +105,7 @@ void TrackDisplay::ShowArtworkImages() {
             continue;
         // Exact case here, although the loader took any case as an artwork image.
         if (Rules::SplitFirstFields(special, 1, u'|').value(0) == u"ARTWORK")
-            m_artwork.ShowArtworkIn(j);
+            m_artwork.ShowArtworkIn(j, &values);
     }
 }
 

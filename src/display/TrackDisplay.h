@@ -17,6 +17,9 @@ class WindowPlayer;
 // scrolling, the progress bar, the rating stars and the artwork. The window owns one, gives it
 // itself as the host, and calls the handlers below from its player events, timers and pointer
 // events. Everything runs on the user-interface thread; no handler lets an exception out.
+//
+// A refresh reads the current track once (TrackValues) and hands it to the labels, the artwork,
+// the progress bar and the stars; the guards before player work stay where they are.
 class TrackDisplay {
 public:
     TrackDisplay(DisplayHost& host, WindowPlayer& player);
@@ -45,6 +48,9 @@ public:
     // Fills one ARTWORK image (also when a pointer effect restores its picture). Reports a
     // failure in a message box.
     void ShowArtworkIn(int index);
+    // The current track's pictures changed (a picture was dropped on it): the next cover shown
+    // reads them afresh.
+    void ArtworkChanged() { m_artwork.Forget(); }
 
     // State the refresh leaves behind.
     bool HasTimeLabels() const { return m_hasTimeLabels; }
@@ -56,7 +62,7 @@ public:
 private:
     // Fills label i (steps 1 to 6 for one label); throws with the partial caption shown.
     void RefreshLabel(int index, class TrackValues& values);
-    void ShowArtworkImages();
+    void ShowArtworkImages(TrackValues& values);
 
     DisplayHost& m_host;
     WindowPlayer& m_player;

@@ -1,5 +1,6 @@
 #include "display/TrackValues.h"
 
+#include "base/TextRules.h"
 #include "base/VbError.h"
 #include "player/IiTunes.h"
 
@@ -28,6 +29,22 @@ QString TrackValues::RatingText(int rating) {
     QLocale locale;
     locale.setNumberOptions(QLocale::OmitGroupSeparator);
     return locale.toString(rating / 20.0, 'g', QLocale::FloatingPointShortest);
+}
+
+std::shared_ptr<IITTrack> TrackValues::CurrentTrack() {
+    Track();
+    return m_track;
+}
+
+int TrackValues::Rating() {
+    if (!m_rating)
+        m_rating = Track().Rating();
+    return *m_rating;
+}
+
+int TrackValues::LengthSeconds() {
+    // Whole seconds from the track's length text, as everything that measures the track reads it.
+    return Rules::Seconds(Value(Placeholder::Time));
 }
 
 IiTunes& TrackValues::Player() {

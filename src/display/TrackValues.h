@@ -36,10 +36,11 @@ enum class Placeholder {
 
 inline constexpr int PlaceholderCount = static_cast<int>(Placeholder::CurrentRemaining) + 1;
 
-// The values of one refresh, as texts. Each is asked of the player the first time the refresh
-// needs it and kept for the rest of the refresh, so the labels after the first cost no player
-// calls; a failure surfaces at the same placeholder of the first label as if it were read anew.
-// Failures throw VbError (no current track any more: ObjectNotSet).
+// The current track as one refresh sees it: read from the player once, then handed to the labels,
+// the progress bar, the stars and the artwork in turn. Each value is asked of the player the
+// first time the refresh needs it and kept for the rest of the refresh, so the parts after the
+// first cost no player calls; a failure surfaces where the value is first needed, as if it were
+// read anew there. Failures throw VbError (no current track any more: ObjectNotSet).
 class TrackValues {
 public:
     // `player` may be null (the guard let a refresh through without a player): reading any value
@@ -50,6 +51,12 @@ public:
     QString Value(Placeholder placeholder);
     // Whether the player has a current playlist (the playlist placeholders need one).
     bool HasCurrentPlaylist();
+
+    // The track itself (the artwork reads its pictures), its rating (the stars) and its length
+    // in whole seconds as its time text gives it (the progress bar).
+    std::shared_ptr<IITTrack> CurrentTrack();
+    int Rating();
+    int LengthSeconds();
 
     // The rating's star count as "[Rating]" shows it: 0 to 5, with a fraction in the decimal
     // separator of the user's locale (50 gives "2.5", or "2,5" where a comma is used).
@@ -65,6 +72,7 @@ private:
     std::shared_ptr<IITTrack> m_track;
     std::optional<std::shared_ptr<IITPlaylist>> m_playlist;
     std::array<std::optional<QString>, PlaceholderCount> m_values;
+    std::optional<int> m_rating;
 };
 
 } // namespace Pelorin

@@ -120,3 +120,45 @@ TEST_F(Artwork, ShowingOneImageAgainAfterAPointerEffectReloadsTheCover) {
     EXPECT_EQ(rig.host.artworkSets(2), 2);
     EXPECT_EQ(rig.host.artworkSets(1), 1);
 }
+
+TEST_F(Artwork, TheTracksPicturesAreAskedForOncePerTrackNotOncePerRefresh) {
+    rig.PlayTrack(WithCovers(u"One"_qs, {PictureBytes(Qt::red)}));
+    rig.display.LoadSong();
+    rig.display.LoadSong();
+    rig.display.LoadSong();
+    EXPECT_EQ(rig.player.operationCount(u"IITTrack.Artwork"_qs), 1);
+    EXPECT_EQ(rig.host.artworkSets(1), 3) << "the file is still loaded at every refresh";
+    rig.PlayTrack(WithCovers(u"Two"_qs, {PictureBytes(Qt::blue)}));
+    rig.display.LoadSong();
+    EXPECT_EQ(rig.player.operationCount(u"IITTrack.Artwork"_qs), 2);
+    EXPECT_EQ(ColourOf(rig.host.artwork(1)), QColor(Qt::blue));
+}
+
+TEST_F(Artwork, ATrackWithoutPicturesIsAlsoAskedOnce) {
+    rig.PlayTrack(WithCovers(u"Bare"_qs, {}));
+    rig.display.LoadSong();
+    rig.display.LoadSong();
+    EXPECT_EQ(rig.player.operationCount(u"IITTrack.Artwork"_qs), 1);
+    EXPECT_TRUE(rig.host.artwork(1).isNull());
+    EXPECT_TRUE(rig.host.artwork(2).isNull());
+}
+
+TEST_F(Artwork, AfterThePicturesChangedTheNextCoverShownAsksAgain) {
+    rig.PlayTrack(WithCovers(u"One"_qs, {PictureBytes(Qt::red)}));
+    rig.display.LoadSong();
+    rig.display.ArtworkChanged();
+    rig.display.ShowArtworkIn(1);
+    EXPECT_EQ(rig.player.operationCount(u"IITTrack.Artwork"_qs), 2);
+}
+
+TEST_F(Artwork, TheLabelsArePaintedBeforeTheCoverIsRead) {
+    const int label = rig.Label(200, u"[Title]"_qs);
+    rig.PlayTrack(WithCovers(u"One"_qs, {PictureBytes(Qt::red)}));
+    rig.player.failOperation(u"IITTrack.Artwork"_qs, VbError::Player(u"Slow disk"_qs));
+    StderrCapture errors;
+    rig.display.LoadSong();
+    // The cover failed, and the title was on screen before it was asked for.
+    EXPECT_TRUE(errors.Text().contains(u"Slow disk"_qs)) << errors.Text().toStdString();
+    EXPECT_EQ(rig.host.labelPaints(), 1);
+    EXPECT_EQ(rig.Caption(label), u"One"_qs);
+}

@@ -306,3 +306,24 @@ TEST_F(RefreshInfo, RefreshEndsWithOneProgressTickOneScrollStepAndTheStars) {
     EXPECT_EQ(rig.host.repaints(), repaints + 2);
     EXPECT_TRUE(rig.host.star(4).visible);
 }
+
+TEST_F(RefreshInfo, ARefreshReadsTheCurrentTrackOnceForTheLabelsTheBarAndTheStars) {
+    ASSERT_TRUE(Testing::WritePictureFile(rig.folder + u"bar.png"_qs, Qt::green));
+    ASSERT_TRUE(Testing::WritePictureFile(rig.folder + u"off.png"_qs, Qt::gray));
+    ASSERT_TRUE(Testing::WritePictureFile(rig.folder + u"on.png"_qs, Qt::yellow));
+    rig.Line(u"progresscontrol=10;90;200;6;bar.png"_qs);
+    rig.Line(u"ratingscontrol=10;5;12;12;2;off.png;on.png"_qs);
+    rig.Label(300, u"[Artist] - [Title] ([Time])"_qs);
+    rig.Label(300, u"[Album] [Rating] [CurrentRemaining]"_qs);
+    rig.PlayTrack(FullTrack());
+    const int before = rig.player.operationCount(u"IiTunes.CurrentTrack"_qs);
+    const int guardsBefore = rig.host.guards();
+    rig.display.LoadSong();
+    const int reads = rig.player.operationCount(u"IiTunes.CurrentTrack"_qs) - before;
+    const int guards = rig.host.guards() - guardsBefore;
+    // Each guard asks for the track as the player link's guard does; the refresh itself reads it
+    // once and hands it on.
+    EXPECT_EQ(reads, guards + 1);
+    EXPECT_EQ(rig.Caption(1), u"Aurora Quartet - Morning Light (3:07)"_qs);
+    EXPECT_TRUE(rig.host.star(3).visible);
+}

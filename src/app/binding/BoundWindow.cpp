@@ -137,6 +137,15 @@ void BoundWindow::Repaint() {
         m_window->update();
 }
 
+void BoundWindow::PaintLabelsNow() {
+    if (!m_window)
+        return;
+    for (int i = 1; SkinLabelControl* label = m_window->lblInfo(i); ++i) {
+        if (label->isVisible())
+            label->repaint();
+    }
+}
+
 void BoundWindow::Unload() {
     if (m_window)
         m_window->Unload();
@@ -226,6 +235,11 @@ QImage BoundWindow::LoadSkinPicture(const QString& name) {
 void BoundWindow::SetImagePicture(int index, const QImage& picture) {
     if (PictureBox* image = m_window ? m_window->img(index) : nullptr)
         image->SetPicture(picture);
+}
+
+void BoundWindow::ArtworkChanged() {
+    if (m_display != nullptr)
+        m_display->ArtworkChanged();
 }
 
 void BoundWindow::ShowArtworkIn(int index) {

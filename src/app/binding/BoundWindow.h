@@ -61,6 +61,7 @@ public:
     // DisplayHost
     SkinModel& Model() override;
     void Repaint() override;
+    void PaintLabelsNow() override;
     void Unload() override;
     QFont LabelFont(int index) const override;
     int LabelWidth(int index) const override;
@@ -77,6 +78,7 @@ public:
     QImage LoadSkinPicture(const QString& name) override;
     void SetImagePicture(int index, const QImage& picture) override;
     void ShowArtworkIn(int index) override;
+    void ArtworkChanged() override;
     void MoveWithHandle(int index, QPoint position) override;
     void MoveWindow(int index, QPoint position) override;
     void SetTrackImageTimer(bool enabled) override;

@@ -66,6 +66,7 @@ void DaemonTrackT<Base>::WriteText(TrackProperty property, int tagType, const QS
     std::shared_ptr<DaemonSession> session = Use();
     const QString path = RequireFile(session, "changing tags");
     TagFile::WriteProperty(path, property, value);
+    m_facts.reset();
     if (tagType >= 0) {
         if (value.isEmpty()) {
             m_song.tags.remove(tagType);
@@ -167,14 +168,14 @@ template <typename Base> void DaemonTrackT<Base>::SetYear(int value) {
 }
 template <typename Base> int DaemonTrackT<Base>::BPM() const {
     std::shared_ptr<DaemonSession> session = Use();
-    return m_song.IsRemote() ? 0 : TagFile::ReadFacts(session->FilePath(m_song.uri)).bpm;
+    return m_song.IsRemote() ? 0 : FileFacts(session).bpm;
 }
 template <typename Base> void DaemonTrackT<Base>::SetBPM(int value) {
     WriteText(TrackProperty::BPM, -1, value == 0 ? QString() : QString::number(value));
 }
 template <typename Base> bool DaemonTrackT<Base>::Compilation() const {
     std::shared_ptr<DaemonSession> session = Use();
-    return !m_song.IsRemote() && TagFile::ReadFacts(session->FilePath(m_song.uri)).compilation;
+    return !m_song.IsRemote() && FileFacts(session).compilation;
 }
 template <typename Base> void DaemonTrackT<Base>::SetCompilation(bool value) {
     WriteText(TrackProperty::Compilation, -1, value ? QStringLiteral("1") : QString());
@@ -188,7 +189,15 @@ template <typename Base> int DaemonTrackT<Base>::Duration() const {
 }
 template <typename Base> int DaemonTrackT<Base>::BitRate() const {
     std::shared_ptr<DaemonSession> session = Use();
-    return m_song.IsRemote() ? 0 : TagFile::ReadFacts(session->FilePath(m_song.uri)).bitRate;
+    return m_song.IsRemote() ? 0 : FileFacts(session).bitRate;
+}
+
+template <typename Base>
+const TagFile::Facts&
+DaemonTrackT<Base>::FileFacts(const std::shared_ptr<DaemonSession>& session) const {
+    if (!m_facts)
+        m_facts = TagFile::ReadFacts(session->FilePath(m_song.uri));
+    return *m_facts;
 }
 
 template <typename Base> int DaemonTrackT<Base>::StickerNumber(const char* name) const {

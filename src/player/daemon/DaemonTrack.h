@@ -4,9 +4,11 @@
 #include "player/IITTrack.h"
 #include "player/TrackProperty.h"
 #include "player/daemon/SongInfo.h"
+#include "player/daemon/TagFile.h"
 
 #include <QString>
 #include <memory>
+#include <optional>
 
 namespace Pelorin {
 
@@ -94,9 +96,15 @@ protected:
     void SetStickerNumber(const char* name, int value);
     void SetRangeEnd(const char* name, int seconds);
 
+    // What only the file tells (bit rate, BPM, compilation), read once per track object: the
+    // placeholders of one refresh open the music file once between them. A write through this
+    // object reads it again.
+    const TagFile::Facts& FileFacts(const std::shared_ptr<DaemonSession>& session) const;
+
     std::weak_ptr<DaemonSession> m_session;
     SongInfo m_song;
     DaemonTrackPlace m_place;
+    mutable std::optional<TagFile::Facts> m_facts;
 };
 
 using DaemonStreamTrack = DaemonTrackT<IITTrack>;

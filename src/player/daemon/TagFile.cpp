@@ -13,6 +13,7 @@
 #include <taglib/mp4file.h>
 #include <taglib/mpegfile.h>
 #include <taglib/opusfile.h>
+#include <taglib/tfilestream.h>
 #include <taglib/tpropertymap.h>
 #include <taglib/vorbisfile.h>
 #include <taglib/xiphcomment.h>
@@ -41,6 +42,23 @@ QString MimeType(const QByteArray& picture) {
     return picture.startsWith("\x89PNG") ? QStringLiteral("image/png")
                                          : QStringLiteral("image/jpeg");
 }
+
+// A music file opened for reading only: looking at tags needs no write access, and must not hold
+// the file open for writing (TagLib opens read-write whenever it may).
+class ReadOnlyFile {
+public:
+    explicit ReadOnlyFile(const QString& path)
+        : m_stream(QFile::encodeName(path).constData(), true),
+          m_file(m_stream.isOpen() ? TagLib::FileRef(&m_stream) : TagLib::FileRef()) {}
+    ReadOnlyFile(const ReadOnlyFile&) = delete;
+    ReadOnlyFile& operator=(const ReadOnlyFile&) = delete;
+
+    const TagLib::FileRef& Ref() const { return m_file; }
+
+private:
+    TagLib::FileStream m_stream;
+    TagLib::FileRef m_file;
+};
 
 // Opens the file for reading and writing tags; throws when that is not possible.
 TagLib::FileRef Open(const QString& path) {
@@ -120,7 +138,8 @@ Facts ReadFacts(const QString& path) {
     if (path.isEmpty() || !QFileInfo::exists(path)) {
         return facts;
     }
-    const TagLib::FileRef file(QFile::encodeName(path).constData());
+    const ReadOnlyFile opened(path);
+    const TagLib::FileRef& file = opened.Ref();
     if (file.isNull()) {
         return facts;
     }
@@ -206,7 +225,8 @@ QList<QByteArray> Pictures(const QString& path) {
     if (path.isEmpty() || !QFileInfo::exists(path)) {
         return {};
     }
-    TagLib::FileRef file(QFile::encodeName(path).constData());
+    const ReadOnlyFile opened(path);
+    const TagLib::FileRef& file = opened.Ref();
     if (file.isNull()) {
         return {};
     }

@@ -28,6 +28,8 @@ public:
     virtual void SetImagePicture(int index, const QImage& picture) = 0;
     // img(index) shows the current track's cover (the track display's ShowArtworkIn).
     virtual void ShowArtworkIn(int index) = 0;
+    // The current track's pictures changed: the next cover shown reads them afresh.
+    virtual void ArtworkChanged() = 0;
 
     // The window's "anyinteraction" codes (raising the interaction flag).
     virtual void RunInterActionCode() = 0;

@@ -226,6 +226,7 @@ void PointerInteraction::img_OLEDragDrop(int Index, const QStringList& files) {
         // A drag brings no hover, so mostly no image is recorded as hovered: then the image the
         // file fell on is the one to redraw.
         const int redraw = m_hoveredIndex != -1 ? m_hoveredIndex : Index;
+        m_host.ArtworkChanged();
         if (m_host.ImageExists(redraw))
             RestoreNormalPicture(redraw);
     } catch (const VbError& error) {

@@ -29,6 +29,7 @@ public:
 
     SkinModel& Model() override { return m_model; }
     void Repaint() override { ++m_repaints; }
+    void PaintLabelsNow() override { ++m_labelPaints; }
     void Unload() override { ++m_unloads; }
     void RunInterActionCode() override { ++m_interactions; }
     QFont LabelFont(int index) const override;
@@ -53,6 +54,7 @@ public:
 
     // Counts of window operations.
     int repaints() const { return m_repaints; }
+    int labelPaints() const { return m_labelPaints; }
     int unloads() const { return m_unloads; }
     int interactions() const { return m_interactions; }
     int guards() const { return guardCalls; }
@@ -65,6 +67,7 @@ private:
     QHash<int, QImage> m_artwork;
     QHash<int, int> m_artworkSets;
     int m_repaints = 0;
+    int m_labelPaints = 0;
     int m_unloads = 0;
     int m_interactions = 0;
 };

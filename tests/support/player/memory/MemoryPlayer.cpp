@@ -139,6 +139,10 @@ void MemoryPlayer::setCurrentPlaylistAbsent(bool absent) {
     m_state->setCurrentPlaylistAbsent(absent);
 }
 
+int MemoryPlayer::operationCount(const QString& operation) const {
+    return m_state->operationCount(operation);
+}
+
 void MemoryPlayer::failOperation(const QString& operation, const VbError& error) {
     m_state->failOperation(operation, error);
 }

@@ -72,6 +72,8 @@ public:
     void setCurrentPlaylistAbsent(bool absent);
     // Makes the operation throw `error` until ClearFailures.
     void failOperation(const QString& operation, const VbError& error);
+    // How often an operation ("IiTunes.CurrentTrack", "IITTrack.Artwork") was asked for.
+    int operationCount(const QString& operation) const;
     // Makes the operation throw "The player does not support <method>" until ClearFailures.
     void makeUnsupported(const QString& operation);
     void clearFailures();

@@ -23,6 +23,7 @@ MemoryPlayerState::MemoryPlayerState(MemoryPlayer* owner) : m_owner(owner) {
 }
 
 void MemoryPlayerState::check(const QString& operation) const {
+    ++m_operationCounts[operation];
     if (m_quit)
         throw VbError::Player(QStringLiteral("The player is not running"));
     if (m_refusingCommands)

@@ -116,6 +116,10 @@ public:
 
     // Test switches.
     void failOperation(const QString& operation, const VbError& error);
+    // How often an operation ("IiTunes.CurrentTrack", "IITTrack.Artwork") was asked for.
+    int operationCount(const QString& operation) const {
+        return m_operationCounts.value(operation);
+    }
     void makeUnsupported(const QString& operation);
     void clearFailures();
     void setRefusingCommands(bool refusing) { m_refusingCommands = refusing; }
@@ -154,6 +158,7 @@ private:
     bool m_quit = false;
     bool m_refusingCommands = false;
     QHash<QString, VbError> m_failures;
+    mutable QHash<QString, int> m_operationCounts;
     QSet<QString> m_unsupported;
 };
 
