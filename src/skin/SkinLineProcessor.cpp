@@ -66,14 +66,15 @@ private:
 class LineApplier {
 public:
     LineApplier(SkinModel& model, const SkinEntry& entry, const QString& curPath, SkinHost& host,
-                SkinLineTrace* trace)
-        : m(model), e(entry), f(entry, trace), m_curPath(curPath), m_host(host) {}
+                SkinLineTrace& trace)
+        : m(model), e(entry), f(entry, &trace), m_curPath(curPath), m_host(host),
+          m_change(trace.Change) {}
 
     bool Apply();
 
 private:
     void Touch(SkinPart part, int index = 0, bool created = false) {
-        m.LastChange = {part, index, created};
+        m_change = {part, index, created};
     }
 
     // A file field: the skin folder in front of the name as it stands.
@@ -116,6 +117,7 @@ private:
     FieldReader f;
     const QString& m_curPath;
     SkinHost& m_host;
+    SkinChange& m_change;
 };
 
 void LineApplier::Label() {
@@ -359,21 +361,23 @@ bool LineApplier::Apply() {
 
 SkinLineResult ProcessLine(SkinModel& model, const QString& line, const QString& curPath,
                            SkinHost& host, SkinLineTrace* trace) {
-    model.LastChange = {};
-    if (trace)
-        *trace = {};
+    SkinLineTrace ownTrace;
+    if (trace == nullptr)
+        trace = &ownTrace;
+    *trace = {};
     // No keyword reads more than eight fields ("lyrics"); a line of a million ";" costs no more.
     constexpr qsizetype MaxFieldsRead = 8;
     const std::optional<SkinEntry> entry = ParseSkinLine(line, MaxFieldsRead);
     if (!entry)
         return SkinLineResult::Skipped;
-    LineApplier applier(model, *entry, curPath, host, trace);
+    LineApplier applier(model, *entry, curPath, host, *trace);
     return applier.Apply() ? SkinLineResult::Applied : SkinLineResult::UnknownKeyword;
 }
 
-int ProcessLines(SkinModel& model, const QStringList& lines, const QString& curPath, SkinHost& host,
-                 const std::function<void(const SkinLineFault&)>& onFault,
-                 const std::function<void(qsizetype, SkinLineResult)>& afterLine) {
+int ProcessLines(
+    SkinModel& model, const QStringList& lines, const QString& curPath, SkinHost& host,
+    const std::function<void(const SkinLineFault&)>& onFault,
+    const std::function<void(qsizetype, SkinLineResult, const SkinChange&)>& afterLine) {
     int faults = 0;
     for (qsizetype i = 0; i < lines.size(); ++i) {
         SkinLineTrace trace;
@@ -387,7 +391,7 @@ int ProcessLines(SkinModel& model, const QStringList& lines, const QString& curP
                 onFault(SkinLineFault{i, lines[i], error, trace});
         }
         if (afterLine)
-            afterLine(i, result);
+            afterLine(i, result, trace.Change);
     }
     return faults;
 }

@@ -111,7 +111,7 @@ int CheckSkin(const QString& folder, const std::function<void(const QString&)>& 
         out << "skin.ini:" << fault.LineIndex + 1 << ": " << Reason(fault) << ": "
             << Shown(fault.Line) << '\n';
     };
-    const auto afterLine = [&](qsizetype index, SkinLineResult result) {
+    const auto afterLine = [&](qsizetype index, SkinLineResult result, const SkinChange&) {
         if (result != SkinLineResult::UnknownKeyword)
             return;
         ++faults;

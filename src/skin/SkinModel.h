@@ -123,8 +123,8 @@ struct WindowGeometry {
     bool operator==(const WindowGeometry&) const = default;
 };
 
-// What the last skin line touched, so a window can create or update the matching widget after
-// each line (also after a line that failed halfway: what it set before the failure stays).
+// What a skin line touched, so a window can create or update the matching widget after each line
+// (also after a line that failed halfway: what it set before the failure stays).
 enum class SkinPart {
     Nothing,
     Window, // a window setting (geometry, colour, picture, flags, lists)
@@ -202,8 +202,6 @@ public:
     BorderLine lnRight;
     LyricsDisplay Lyrics;
     bool HasLyrics = false;
-
-    SkinChange LastChange;
 
     bool operator==(const SkinModel&) const = default;
 };

@@ -23,12 +23,15 @@ protected:
         model.BeginLoad(folder);
     }
 
-    SkinLineResult Apply(const QString& line) { return ProcessLine(model, line, folder, host); }
+    // Applies a line; `lastLine` tells what it touched.
+    SkinLineResult Apply(const QString& line) {
+        return ProcessLine(model, line, folder, host, &lastLine);
+    }
 
     // The error the line raises, or nothing when it applies cleanly.
     std::optional<VbError> Failure(const QString& line) {
         try {
-            ProcessLine(model, line, folder, host);
+            ProcessLine(model, line, folder, host, &lastLine);
         } catch (const VbError& error) {
             return error;
         }
@@ -42,6 +45,7 @@ protected:
 
     QString folder;
     SkinModel model;
+    SkinLineTrace lastLine;
     RecordingHost host;
 
 private:
@@ -153,7 +157,7 @@ TEST_F(SkinFile, WithoutSkinNameTheTagStaysLoadedBySkin) {
 TEST_F(SkinFile, SkinNameSetsTheWindowTag) {
     Apply(u"SKINNAME=Blue Glass"_qs);
     EXPECT_EQ(model.Tag, u"Blue Glass"_qs);
-    EXPECT_EQ(model.LastChange.Part, SkinPart::Window);
+    EXPECT_EQ(lastLine.Change.Part, SkinPart::Window);
 }
 
 TEST_F(SkinFile, BackgroundColorKeepsTheWindowsColourValue) {
@@ -240,7 +244,7 @@ TEST_F(SkinFile, LabelsAreNumberedInFileOrderFromOne) {
     ASSERT_EQ(model.LabelCount(), 2);
     EXPECT_EQ(model.lblInfo[1].Tag, u"first"_qs);
     EXPECT_EQ(model.lblInfo[2].Tag, u"second"_qs);
-    EXPECT_EQ(model.LastChange, (SkinChange{SkinPart::Label, 2, true}));
+    EXPECT_EQ(lastLine.Change, (SkinChange{SkinPart::Label, 2, true}));
 }
 
 TEST_F(SkinFile, LabelCreatesItsMeasuringTwinAndGrowsLabelTexts) {
@@ -264,7 +268,7 @@ TEST_F(SkinFile, LabelFontSetsNameAndSizeOnTheLabelAndItsTwin) {
     Apply(u"labelfont=1;Tahoma;8.5"_qs);
     EXPECT_EQ(model.lblInfo[1].Font, (SkinFont{u"Tahoma"_qs, 8.5}));
     EXPECT_EQ(model.scrollWidth[1].Font, (SkinFont{u"Tahoma"_qs, 8.5}));
-    EXPECT_EQ(model.LastChange, (SkinChange{SkinPart::Label, 1, false}));
+    EXPECT_EQ(lastLine.Change, (SkinChange{SkinPart::Label, 1, false}));
 }
 
 TEST_F(SkinFile, LabelFontSizeZeroKeepsTheSize) {
@@ -333,7 +337,7 @@ TEST_F(SkinFile, ImageLoadsItsFirstPictureAndKeepsAllThreeNames) {
     EXPECT_EQ(image.Tag, u"playpause"_qs);
     EXPECT_EQ(image.Picture, folder + u"play.png"_qs);
     EXPECT_EQ(model.ImagePictures[1], u"Play.PNG|hover.png|down.png"_qs);
-    EXPECT_EQ(model.LastChange, (SkinChange{SkinPart::Image, 1, true}));
+    EXPECT_EQ(lastLine.Change, (SkinChange{SkinPart::Image, 1, true}));
 }
 
 TEST_F(SkinFile, ImageFirstPictureArtworkSetsHasArtworkAndTakesDrops) {
@@ -390,7 +394,7 @@ TEST_F(SkinFile, ScrollTimerSetsTheScrollInterval) {
     EXPECT_FALSE(model.ScrollInterval.has_value());
     Apply(u"scrolltimer=250"_qs);
     EXPECT_EQ(model.ScrollInterval, 250);
-    EXPECT_EQ(model.LastChange.Part, SkinPart::ScrollTimer);
+    EXPECT_EQ(lastLine.Change.Part, SkinPart::ScrollTimer);
 }
 
 TEST_F(SkinFile, BordersShowAllFourLinesWithTheirColour) {
@@ -476,7 +480,7 @@ TEST_F(SkinFile, TimerEventCreatesNumberedEnabledTimers) {
     EXPECT_TRUE(model.tmr[1].Enabled);
     EXPECT_EQ(model.tmr[2].Interval, 250);
     EXPECT_EQ(model.tmr[0].Interval, 0);
-    EXPECT_EQ(model.LastChange, (SkinChange{SkinPart::Timer, 2, true}));
+    EXPECT_EQ(lastLine.Change, (SkinChange{SkinPart::Timer, 2, true}));
 }
 
 TEST_F(SkinFile, TimerEventWithoutCodeKeepsTheTimerWithItsInterval) {
@@ -543,7 +547,7 @@ TEST_F(SkinFile, LyricsCreatesTheDisplayAndSetsTheLyricsFlag) {
     EXPECT_EQ(lyrics.Font, (SkinFont{u"Verdana"_qs, 9}));
     EXPECT_EQ(lyrics.ForeColor, 0xFFFFFF);
     EXPECT_TRUE(lyrics.Centred);
-    EXPECT_EQ(model.LastChange.Part, SkinPart::Lyrics);
+    EXPECT_EQ(lastLine.Change.Part, SkinPart::Lyrics);
 }
 
 TEST_F(SkinFile, LyricsWithOnlyItsPlaceKeepsTheDefaults) {
@@ -569,10 +573,10 @@ TEST_F(SkinFile, UnknownKeywordsAreSkippedSilently) {
     EXPECT_EQ(model, before);
 }
 
-TEST_F(SkinFile, LastChangeIsClearedByALineThatTouchesNothing) {
+TEST_F(SkinFile, ALineThatTouchesNothingReportsNoChange) {
     Apply(u"label=1;1;1;1;a"_qs);
     Apply(u"// comment"_qs);
-    EXPECT_EQ(model.LastChange.Part, SkinPart::Nothing);
+    EXPECT_EQ(lastLine.Change.Part, SkinPart::Nothing);
 }
 
 TEST_F(SkinFile, OtherErrorsAreReportedAsUnknownErrorWithTheirDescription) {

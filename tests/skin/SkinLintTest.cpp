@@ -210,7 +210,7 @@ TEST(SkinLoader, TenLinesWithAMissingFieldGiveTenMessagesAndLoadingGoesOn) {
         [&](const SkinLineFault& fault) {
             messages.append(SkinLineErrorText(fault.Error, fault.Line));
         },
-        [&](qsizetype index, SkinLineResult) { afterLines.append(index); });
+        [&](qsizetype index, SkinLineResult, const SkinChange&) { afterLines.append(index); });
     EXPECT_EQ(faults, 10);
     ASSERT_EQ(messages.size(), 10);
     EXPECT_EQ(messages[3], u"There was an error while loading the skin:\nExpected parameter "

@@ -3,6 +3,7 @@
 #include "frmMain.h"
 
 #include "SkinControls.h"
+#include "SkinWindowEffects.h"
 #include "VbTimer.h"
 #include "base/Log.h"
 #include "base/PositionFile.h"
@@ -65,7 +66,8 @@ void ShowLineError(const VbError& error, const QString& line) {
 } // namespace
 
 frmMain::frmMain(Links links)
-    : QWidget(nullptr, Qt::FramelessWindowHint | Qt::Tool), m_links(std::move(links)) {
+    : QWidget(nullptr, Qt::FramelessWindowHint | Qt::Tool), m_links(std::move(links)),
+      m_effects(std::make_unique<SkinWindowEffects>(*this)) {
     setObjectName(QStringLiteral("frmMain"));
     setAttribute(Qt::WA_ShowWithoutActivating);
     setFocusPolicy(Qt::StrongFocus);
@@ -159,7 +161,7 @@ void frmMain::LoadSkin(const QString& skinFile, const QString& path) {
         ProcessLines(
             m_model, content.Lines, path, *this,
             [](const SkinLineFault& fault) { ShowLineError(fault.Error, fault.Line); },
-            [this](qsizetype, SkinLineResult) { ApplyChange(m_model.LastChange); });
+            [this](qsizetype, SkinLineResult, const SkinChange& change) { ApplyChange(change); });
 
         const QString positionFile = m_model.SkinFolder + QLatin1String("position.ini");
         if (m_model.RememberPos && QFileInfo::exists(positionFile))
@@ -176,12 +178,13 @@ void frmMain::LoadSkin(const QString& skinFile, const QString& path) {
 }
 
 void frmMain::ProcessLine(const QString& line, const QString& curPath) {
+    SkinLineTrace trace;
     try {
-        Pelorin::ProcessLine(m_model, line, curPath, *this);
+        Pelorin::ProcessLine(m_model, line, curPath, *this, &trace);
     } catch (const VbError& error) {
         ShowLineError(error, line);
     }
-    ApplyChange(m_model.LastChange);
+    ApplyChange(trace.Change);
 }
 
 void frmMain::ApplyChange(const SkinChange& change) {

@@ -6,7 +6,6 @@
 #include "skin/SkinHost.h"
 #include "skin/SkinModel.h"
 #include "skin/window/SkinWindow.h"
-#include "skin/window/effects/EffectWindow.h"
 #include "skin/window/effects/InteractionFlag.h"
 #include "skin/window/effects/WindowEffects.h"
 
@@ -24,6 +23,7 @@ class EffectPacing;
 class LineControl;
 class PictureBox;
 class SkinLabelControl;
+class SkinWindowEffects;
 class VbTimer;
 class WindowSystem;
 
@@ -34,7 +34,7 @@ class WindowSystem;
 // Control arrays keep the skin's numbering: lblInfo(1) is the first "label" line, img(1) the
 // first "image" line, tmr(1) the first "timerevent" line; their element 0 is never created.
 // imgRatings(0) to imgRatings(4) are the five stars.
-class frmMain : public QWidget, public SkinWindow, public EffectWindow, private SkinHost {
+class frmMain : public QWidget, public SkinWindow, private SkinHost {
     Q_OBJECT
 public:
     // What the window is given by whoever creates it.
@@ -78,13 +78,13 @@ public:
     const QString& SkinFolder() const { return m_model.SkinFolder; }
     bool Closing() const { return m_model.Closing; }
     // True from the start of Unload on.
-    bool IsUnloaded() const override { return m_unloaded; }
+    bool IsUnloaded() const { return m_unloaded; }
 
     // Window behaviour.
     void AlwaysOnTop(bool onTop);
     void CreateRoundRectFromWindow(int amount);
-    void GlassifyMe() override;
-    void PutOnDesktop() override;
+    void GlassifyMe();
+    void PutOnDesktop();
     DesktopPlacement LastDesktopPlacement() const { return m_lastPlacement; }
     void StartMoveWindow();
     // Starts moving the window with the pointer, the button being down at `pressGlobal`.
@@ -95,14 +95,14 @@ public:
     // Runs a code the window keeps, as the variable it is: the interpreter may change it.
     void RunCodeInPlace(QString& code);
     void RunInterActionCode();
-    InteractionFlag& Interaction() override { return m_interaction; }
+    InteractionFlag& Interaction() { return m_interaction; }
 
     // Effects on this window.
     EffectOutcome FadeIn();
     EffectOutcome FadeClose();
     EffectOutcome SlideUp();
     void NormalTransparency();
-    void SetLayeredAlpha(int alpha) override;
+    void SetLayeredAlpha(int alpha);
 
     // Controls. An index that does not exist gives null (element 0 of the skin arrays too).
     SkinLabelControl* lblInfo(int index) const;
@@ -128,17 +128,12 @@ public:
     // A picture the skin loaded, by its full path; null when it did not load.
     QImage SkinPicture(const QString& fullPath) const { return m_pictures.value(fullPath); }
 
-    // EffectWindow
-    QObject* LifetimeObject() override { return this; }
-    std::int16_t Transparency() const override { return m_model.Transparency; }
-    void SetTransparency(std::int16_t alpha) override { m_model.Transparency = alpha; }
-    bool Glassify() const override { return m_model.Glassify; }
-    bool OnDesktop() const override { return m_model.OnDesktop; }
-    void HideWindow() override { hide(); }
-    void ShowWithoutActivating() override;
-    int WindowTop() const override { return PlacedPosition().y(); }
-    int WindowHeight() const override { return height(); }
-    void SetWindowTopAndHeight(int top, int height) override;
+    // Shows the window without taking the focus from the window that has it.
+    void ShowWithoutActivating();
+    // The window's top edge where it placed itself, and a change of top and height at once (the
+    // slide-up effect).
+    int WindowTop() const { return PlacedPosition().y(); }
+    void SetWindowTopAndHeight(int top, int height);
 
     // The size a window has when its skin gives none.
     static constexpr int DefaultWidth = 320;
@@ -224,6 +219,7 @@ private:
     std::unique_ptr<WindowSystem> m_ownWindowSystem;
     WindowSystem* m_windowSystem = nullptr;
     std::unique_ptr<EffectPacing> m_ownPacing;
+    std::unique_ptr<SkinWindowEffects> m_effects;
     SkinModel m_model;
     QHash<QString, QImage> m_pictures;
     InteractionFlag m_interaction;

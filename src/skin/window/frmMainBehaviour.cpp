@@ -1,6 +1,7 @@
 // The skin window after loading: RunAfter, stacking, shape, glass, the desktop, moving, the
 // effects, input, activation and closing.
 #include "SkinControls.h"
+#include "SkinWindowEffects.h"
 #include "VbTimer.h"
 #include "WindowShape.h"
 #include "base/Log.h"
@@ -161,19 +162,19 @@ void frmMain::SetWindowTopAndHeight(int top, int height) {
 }
 
 EffectOutcome frmMain::FadeIn() {
-    return Pelorin::FadeIn(*this, Pacing());
+    return Pelorin::FadeIn(*m_effects, Pacing());
 }
 
 EffectOutcome frmMain::FadeClose() {
-    return Pelorin::FadeClose(*this, Pacing());
+    return Pelorin::FadeClose(*m_effects, Pacing());
 }
 
 EffectOutcome frmMain::SlideUp() {
-    return Pelorin::SlideUp(*this, Pacing());
+    return Pelorin::SlideUp(*m_effects, Pacing());
 }
 
 void frmMain::NormalTransparency() {
-    Pelorin::NormalTransparency(*this);
+    Pelorin::NormalTransparency(*m_effects);
 }
 
 void frmMain::StartMoveWindow() {

@@ -3,6 +3,7 @@
 // remembered position, single instance, activation, closing and the effects.
 #include "SkinWindowFixture.h"
 #include "platform/WindowStyling.h"
+#include "skin/window/SkinWindowEffects.h"
 #include "skin/window/effects/EffectPacing.h"
 
 #include <QKeyEvent>
@@ -424,7 +425,7 @@ TEST_F(SkinWindowBehaviour, FadeCloseWithTransparencyZeroFadesFrom255AndCloses) 
     ASSERT_TRUE(WaitExposed(window));
     EXPECT_EQ(window->FadeClose(), EffectOutcome::Completed);
     EXPECT_EQ(stepping.pumps, 256);
-    EXPECT_EQ(window->Transparency(), 255);
+    EXPECT_EQ(window->Model().Transparency, 255);
     EXPECT_EQ(OpenSkinWindows(), 0);
     FlushDeletes();
     EXPECT_TRUE(window.isNull());
@@ -458,7 +459,8 @@ TEST_F(SkinWindowBehaviour, AFadeWhoseWindowIsDeletedMeanwhileEndsWithoutACrash)
             FlushDeletes();
         }
     };
-    EXPECT_EQ(Pelorin::FadeIn(*raw, stepping), EffectOutcome::WindowGone);
+    SkinWindowEffects effects(*raw);
+    EXPECT_EQ(Pelorin::FadeIn(effects, stepping), EffectOutcome::WindowGone);
     EXPECT_TRUE(window.isNull());
 }
 
