@@ -1,9 +1,51 @@
 #include "player/IITTrack.h"
 
+#include "base/VbError.h"
 #include "player/PlayerError.h"
 #include "player/TrackProperty.h"
 
+#include <limits>
+
 namespace Pelorin {
+
+namespace {
+
+void RequireRange(const char* what, int value, int low, int high) {
+    if (value < low || value > high) {
+        throw VbError::Player(QStringLiteral("%1 must lie between %2 and %3")
+                                  .arg(QLatin1String(what))
+                                  .arg(low)
+                                  .arg(high));
+    }
+}
+
+} // namespace
+
+void IITTrack::SetRating(int value) {
+    RequireRange("Rating", value, 0, 100);
+    WriteRating(value);
+}
+
+void IITTrack::SetPlayedCount(int value) {
+    RequireRange("PlayedCount", value, 0, std::numeric_limits<int>::max());
+    WritePlayedCount(value);
+}
+
+void IITTrack::SetStart(int seconds) {
+    RequireRange("Start", seconds, 0, Finish());
+    WriteStart(seconds);
+}
+
+void IITTrack::SetFinish(int seconds) {
+    const int length = Duration();
+    RequireRange("Finish", seconds, Start(), length > 0 ? length : std::numeric_limits<int>::max());
+    WriteFinish(seconds);
+}
+
+void IITTrack::SetVolumeAdjustment(int value) {
+    RequireRange("VolumeAdjustment", value, -100, 100);
+    WriteVolumeAdjustment(value);
+}
 
 void IITTrack::SetPropertyByName(const QString& name, const QString& value) {
     const std::optional<TrackProperty> property = WritableTrackProperty(name);

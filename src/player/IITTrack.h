@@ -54,25 +54,32 @@ public:
     // Kilobits per second; 0 when unknown.
     virtual int BitRate() const = 0;
 
+    // The setters of the rating, the play count, the start and finish and the volume adjustment
+    // check their value here, alike for every player, before the player is asked: a value out of
+    // range throws "<Property> must lie between <low> and <high>".
+
     // 0..100 in steps the player chooses (stars are multiples of 20); 0 is unrated.
     virtual int Rating() const = 0;
-    virtual void SetRating(int value) = 0;
+    void SetRating(int value);
+    // 0 and up.
     virtual int PlayedCount() const = 0;
-    virtual void SetPlayedCount(int value) = 0;
+    void SetPlayedCount(int value);
 
     // Stable identity of the track in the library, the same wherever the track is listed;
     // never 0.
     virtual int TrackDatabaseID() const = 0;
 
-    // Where playback starts and ends, in whole seconds from the beginning of the track.
+    // Where playback starts and ends, in whole seconds from the beginning of the track: the start
+    // lies between 0 and the finish, the finish between the start and the track's length (any
+    // finish when the length is unknown).
     virtual int Start() const = 0;
-    virtual void SetStart(int seconds) = 0;
+    void SetStart(int seconds);
     virtual int Finish() const = 0;
-    virtual void SetFinish(int seconds) = 0;
+    void SetFinish(int seconds);
 
     // The track's own volume adjustment, -100..100 (not the player volume).
     virtual int VolumeAdjustment() const = 0;
-    virtual void SetVolumeAdjustment(int value) = 0;
+    void SetVolumeAdjustment(int value);
 
     // The pictures attached to the track; the first is the one to show.
     virtual std::shared_ptr<IITArtworkCollection> Artwork() const = 0;
@@ -90,6 +97,14 @@ public:
     // "True"/"False" or a number. An unknown or read-only name throws "Object doesn't support
     // this property or method". The default dispatches to the typed setters above.
     virtual void SetPropertyByName(const QString& name, const QString& value);
+
+protected:
+    // What each player does with a value that passed its check.
+    virtual void WriteRating(int value) = 0;
+    virtual void WritePlayedCount(int value) = 0;
+    virtual void WriteStart(int seconds) = 0;
+    virtual void WriteFinish(int seconds) = 0;
+    virtual void WriteVolumeAdjustment(int value) = 0;
 };
 
 using IITTrackCollection = IITCollection<IITTrack>;

@@ -330,6 +330,19 @@ TEST_F(MemoryPlayerTest, TrackValuesOutOfRangeFailAndChangeNothing) {
     EXPECT_EQ(track->Start(), 30);
 }
 
+TEST_F(MemoryPlayerTest, AStartAfterTheFinishIsRefusedWithTheSameWordsAsOnTheDaemon) {
+    player.Play();
+    const std::shared_ptr<IITTrack> track = player.CurrentTrack();
+    track->SetFinish(4);
+    try {
+        track->SetStart(5);
+        ADD_FAILURE() << "a start after the finish was taken";
+    } catch (const VbError& error) {
+        EXPECT_EQ(error.description(), QStringLiteral("Start must lie between 0 and 4"));
+    }
+    EXPECT_EQ(track->Start(), 0);
+}
+
 TEST_F(MemoryPlayerTest, TimeIsMinutesAndTwoDigitSeconds) {
     const int longOne = player.addLibraryTrack(Song(QStringLiteral("Long"), 3723));
     player.enqueue(longOne);

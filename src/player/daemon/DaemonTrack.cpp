@@ -14,19 +14,6 @@
 
 namespace Pelorin {
 
-namespace {
-
-void CheckRange(const char* what, int value, int low, int high) {
-    if (value < low || value > high) {
-        throw VbError::Player(QStringLiteral("%1 must lie between %2 and %3")
-                                  .arg(QLatin1String(what))
-                                  .arg(low)
-                                  .arg(high));
-    }
-}
-
-} // namespace
-
 template <typename Base>
 DaemonTrackT<Base>::DaemonTrackT(std::weak_ptr<DaemonSession> session, SongInfo song,
                                  DaemonTrackPlace place)
@@ -226,15 +213,13 @@ template <typename Base> int DaemonTrackT<Base>::Rating() const {
     // Clients of the daemon keep ratings as 0..10.
     return StickerNumber("rating") * 10;
 }
-template <typename Base> void DaemonTrackT<Base>::SetRating(int value) {
-    CheckRange("Rating", value, 0, 100);
+template <typename Base> void DaemonTrackT<Base>::WriteRating(int value) {
     SetStickerNumber("rating", static_cast<int>(Rules::RoundHalfEven(value / 10.0)));
 }
 template <typename Base> int DaemonTrackT<Base>::PlayedCount() const {
     return StickerNumber("playCount");
 }
-template <typename Base> void DaemonTrackT<Base>::SetPlayedCount(int value) {
-    CheckRange("PlayedCount", value, 0, 2147483647);
+template <typename Base> void DaemonTrackT<Base>::WritePlayedCount(int value) {
     SetStickerNumber("playCount", value);
 }
 template <typename Base> int DaemonTrackT<Base>::TrackDatabaseID() const {
@@ -243,20 +228,19 @@ template <typename Base> int DaemonTrackT<Base>::TrackDatabaseID() const {
 template <typename Base> int DaemonTrackT<Base>::Start() const {
     return StickerNumber("start");
 }
-template <typename Base> void DaemonTrackT<Base>::SetStart(int seconds) {
+template <typename Base> void DaemonTrackT<Base>::WriteStart(int seconds) {
     SetRangeEnd("start", seconds);
 }
 template <typename Base> int DaemonTrackT<Base>::Finish() const {
     const int finish = StickerNumber("finish");
     return finish > 0 ? finish : Duration();
 }
-template <typename Base> void DaemonTrackT<Base>::SetFinish(int seconds) {
+template <typename Base> void DaemonTrackT<Base>::WriteFinish(int seconds) {
     // The whole length is the same as no end point.
     SetRangeEnd("finish", seconds >= Duration() ? 0 : seconds);
 }
 
 template <typename Base> void DaemonTrackT<Base>::SetRangeEnd(const char* name, int seconds) {
-    CheckRange(name, seconds, 0, Duration() > 0 ? Duration() : 2147483647);
     SetStickerNumber(name, seconds);
     std::shared_ptr<DaemonSession> session = Use();
     DaemonQueries::ApplyRanges(*session, {m_song.uri});
@@ -265,7 +249,7 @@ template <typename Base> void DaemonTrackT<Base>::SetRangeEnd(const char* name, 
 template <typename Base> int DaemonTrackT<Base>::VolumeAdjustment() const {
     throw PlayerError::NotSupported(QStringLiteral("VolumeAdjustment"));
 }
-template <typename Base> void DaemonTrackT<Base>::SetVolumeAdjustment(int) {
+template <typename Base> void DaemonTrackT<Base>::WriteVolumeAdjustment(int) {
     throw PlayerError::NotSupported(QStringLiteral("VolumeAdjustment"));
 }
 

@@ -72,21 +72,23 @@ public:
     int Duration() const override;
     int BitRate() const override;
     int Rating() const override;
-    void SetRating(int value) override;
     int PlayedCount() const override;
-    void SetPlayedCount(int value) override;
     int TrackDatabaseID() const override;
     int Start() const override;
-    void SetStart(int seconds) override;
     int Finish() const override;
-    void SetFinish(int seconds) override;
     int VolumeAdjustment() const override;
-    void SetVolumeAdjustment(int value) override;
     std::shared_ptr<IITArtworkCollection> Artwork() const override;
     void AddArtworkFromFile(const QString& filePath) override;
     void Delete() override;
 
 protected:
+    // IITTrack's checked setters end here.
+    void WriteRating(int value) override;
+    void WritePlayedCount(int value) override;
+    void WriteStart(int seconds) override;
+    void WriteFinish(int seconds) override;
+    void WriteVolumeAdjustment(int value) override;
+
     std::shared_ptr<DaemonSession> Use() const;
     // The file's path on this computer; throws when the track has none.
     QString RequireFile(std::shared_ptr<DaemonSession>& session, const char* operation) const;

@@ -166,6 +166,24 @@ TEST_F(DaemonTracks, StartAndFinishAreStickersAppliedToQueuedEntriesWithRangeid)
     EXPECT_TRUE(ranges.contains(uri + QStringLiteral(" 0:03"))) << ranges.toStdString();
 }
 
+TEST_F(DaemonTracks, StartAndFinishKeepTheBoundsEveryPlayerKeeps) {
+    const QString uri = catalog.tracks[1].uri;
+    const std::shared_ptr<IITTrack> track = Playing(1);
+    track->SetFinish(4);
+    try {
+        track->SetStart(5);
+        ADD_FAILURE() << "a start after the finish was taken";
+    } catch (const VbError& error) {
+        EXPECT_EQ(error.description(), QStringLiteral("Start must lie between 0 and 4"));
+    }
+    track->SetStart(2);
+    EXPECT_THROW(track->SetFinish(1), VbError);
+    EXPECT_THROW(track->SetFinish(track->Duration() + 1), VbError);
+    EXPECT_THROW(track->SetRating(101), VbError);
+    EXPECT_EQ(StickerOf(uri, QStringLiteral("start")), QStringLiteral("start=2"));
+    EXPECT_EQ(track->Finish(), 4);
+}
+
 TEST_F(DaemonTracks, StartPointIsAppliedToAnEntryQueuedLater) {
     const QString uri = catalog.tracks[4].uri;
     const std::shared_ptr<IITTrack> track = Playing(4);

@@ -9,19 +9,6 @@
 
 namespace Pelorin {
 
-namespace {
-
-void RequireRange(int value, int low, int high, const char* what) {
-    if (value < low || value > high) {
-        throw VbError::Player(QStringLiteral("%1 must lie between %2 and %3")
-                                  .arg(QLatin1String(what))
-                                  .arg(low)
-                                  .arg(high));
-    }
-}
-
-} // namespace
-
 template <typename Base>
 MemoryTrackBase<Base>::MemoryTrackBase(std::weak_ptr<MemoryPlayerState> state, int trackId,
                                        MemoryTrackContext context)
@@ -170,22 +157,16 @@ template <typename Base> int MemoryTrackBase<Base>::Rating() const {
     return read(use("Rating")).rating;
 }
 
-template <typename Base> void MemoryTrackBase<Base>::SetRating(int value) {
-    write("SetRating", [&](MemoryTrackData& data) {
-        RequireRange(value, 0, 100, "Rating");
-        data.rating = value;
-    });
+template <typename Base> void MemoryTrackBase<Base>::WriteRating(int value) {
+    write("SetRating", [&](MemoryTrackData& data) { data.rating = value; });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::PlayedCount() const {
     return read(use("PlayedCount")).playedCount;
 }
 
-template <typename Base> void MemoryTrackBase<Base>::SetPlayedCount(int value) {
-    write("SetPlayedCount", [&](MemoryTrackData& data) {
-        RequireRange(value, 0, std::numeric_limits<int>::max(), "PlayedCount");
-        data.playedCount = value;
-    });
+template <typename Base> void MemoryTrackBase<Base>::WritePlayedCount(int value) {
+    write("SetPlayedCount", [&](MemoryTrackData& data) { data.playedCount = value; });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::TrackDatabaseID() const {
@@ -197,33 +178,24 @@ template <typename Base> int MemoryTrackBase<Base>::Start() const {
     return read(use("Start")).start;
 }
 
-template <typename Base> void MemoryTrackBase<Base>::SetStart(int value) {
-    write("SetStart", [&](MemoryTrackData& data) {
-        RequireRange(value, 0, data.finish, "Start");
-        data.start = value;
-    });
+template <typename Base> void MemoryTrackBase<Base>::WriteStart(int value) {
+    write("SetStart", [&](MemoryTrackData& data) { data.start = value; });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::Finish() const {
     return read(use("Finish")).finish;
 }
 
-template <typename Base> void MemoryTrackBase<Base>::SetFinish(int value) {
-    write("SetFinish", [&](MemoryTrackData& data) {
-        RequireRange(value, data.start, data.duration, "Finish");
-        data.finish = value;
-    });
+template <typename Base> void MemoryTrackBase<Base>::WriteFinish(int value) {
+    write("SetFinish", [&](MemoryTrackData& data) { data.finish = value; });
 }
 
 template <typename Base> int MemoryTrackBase<Base>::VolumeAdjustment() const {
     return read(use("VolumeAdjustment")).volumeAdjustment;
 }
 
-template <typename Base> void MemoryTrackBase<Base>::SetVolumeAdjustment(int value) {
-    write("SetVolumeAdjustment", [&](MemoryTrackData& data) {
-        RequireRange(value, -100, 100, "VolumeAdjustment");
-        data.volumeAdjustment = value;
-    });
+template <typename Base> void MemoryTrackBase<Base>::WriteVolumeAdjustment(int value) {
+    write("SetVolumeAdjustment", [&](MemoryTrackData& data) { data.volumeAdjustment = value; });
 }
 
 template <typename Base>

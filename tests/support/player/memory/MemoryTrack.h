@@ -46,21 +46,23 @@ public:
     int Duration() const override;
     int BitRate() const override;
     int Rating() const override;
-    void SetRating(int value) override;
     int PlayedCount() const override;
-    void SetPlayedCount(int value) override;
     int TrackDatabaseID() const override;
     int Start() const override;
-    void SetStart(int seconds) override;
     int Finish() const override;
-    void SetFinish(int seconds) override;
     int VolumeAdjustment() const override;
-    void SetVolumeAdjustment(int value) override;
     std::shared_ptr<IITArtworkCollection> Artwork() const override;
     void AddArtworkFromFile(const QString& filePath) override;
     void Delete() override;
 
 protected:
+    // IITTrack's checked setters end here.
+    void WriteRating(int value) override;
+    void WritePlayedCount(int value) override;
+    void WriteStart(int seconds) override;
+    void WriteFinish(int seconds) override;
+    void WriteVolumeAdjustment(int value) override;
+
     // The state, after checking that operation `IITTrack.<operation>` may run.
     std::shared_ptr<MemoryPlayerState> use(const char* operation) const;
     const MemoryTrackData& read(const std::shared_ptr<MemoryPlayerState>& state) const;
