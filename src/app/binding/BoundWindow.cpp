@@ -133,8 +133,9 @@ SkinModel& BoundWindow::Model() {
 }
 
 void BoundWindow::Repaint() {
-    if (m_window)
-        m_window->update();
+    // The window's plain redraw, which nothing depends on. Every control repaints itself when
+    // what it shows changes, and nothing else on the window changes between two redraws: a
+    // repaint of the whole window would draw the same pixels again, at every scroll step.
 }
 
 void BoundWindow::PaintLabelsNow() {

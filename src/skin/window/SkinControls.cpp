@@ -41,6 +41,7 @@ PictureBox::PictureBox(const QString& name, QWidget* parent) : QWidget(parent) {
 
 void PictureBox::SetPicture(const QImage& picture) {
     m_picture = picture;
+    m_scaled = QImage();
     update();
 }
 
@@ -52,10 +53,17 @@ void PictureBox::SetStretchWidth(int width) {
 void PictureBox::paintEvent(QPaintEvent*) {
     if (m_picture.isNull())
         return;
+    const QSize size(m_stretchWidth > 0 ? m_stretchWidth : width(), height());
+    if (size.isEmpty())
+        return;
+    if (m_scaled.size() != size) {
+        m_scaled = m_picture.size() == size
+                       ? m_picture
+                       : m_picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        m_scaled.convertTo(QImage::Format_ARGB32_Premultiplied);
+    }
     QPainter painter(this);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const int width = m_stretchWidth > 0 ? m_stretchWidth : this->width();
-    painter.drawImage(QRect(0, 0, width, height()), m_picture);
+    painter.drawImage(QPoint(0, 0), m_scaled);
 }
 
 void PictureBox::mousePressEvent(QMouseEvent* event) {

@@ -44,6 +44,9 @@ protected:
 private:
     QImage m_picture;
     int m_stretchWidth = 0;
+    // The picture scaled to the size it is drawn at, made again only when the picture or that
+    // size changes: a repaint then copies pixels instead of scaling a cover at every paint.
+    QImage m_scaled;
 };
 
 // A text label. Presses go on to the window (a press on a label is a press on the window).
