@@ -29,8 +29,23 @@ QString LabelScroller::Rotated(const QString& text) {
 }
 
 QString LabelScroller::TrimmedCaption(int index, const QString& text) const {
-    const LabelMeasurer measurer(m_host.LabelFont(index));
-    qsizetype length = measurer.LongestNarrowerPrefix(text, m_host.LabelWidth(index), 0);
+    const QFont font = m_host.LabelFont(index);
+    const int width = m_host.LabelWidth(index);
+    FitMemo& memo = m_fits[index];
+    if (memo.font != font || memo.width != width || memo.lengths.size() > MemoTextLimit) {
+        memo.font = font;
+        memo.width = width;
+        memo.lengths.clear();
+    }
+    const auto known = memo.lengths.constFind(text);
+    qsizetype length = 0;
+    if (known != memo.lengths.constEnd()) {
+        length = *known;
+    } else {
+        length = LabelMeasurer(font).LongestNarrowerPrefix(text, width, 0);
+        if (text.size() <= MemoTextLimit)
+            memo.lengths.insert(text, length);
+    }
     // A label no wider than nothing shows nothing.
     if (length < 0)
         length = 0;

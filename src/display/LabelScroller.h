@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QFont>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -36,8 +38,20 @@ public:
 private:
     bool IsDisabled(int index) const;
 
+    // What TrimmedCaption found for each rotation of a label's text, for the label's font and
+    // width. A scrolling text comes back to each of its rotations once per round, so from the
+    // second round on a step measures nothing (measuring shapes the text, the most a step costs).
+    struct FitMemo {
+        QFont font;
+        int width = -1;
+        QHash<QString, qsizetype> lengths;
+    };
+    // Texts longer than this are measured at every step rather than remembered.
+    static constexpr qsizetype MemoTextLimit = 256;
+
     DisplayHost& m_host;
     QStringList m_scrollTags;
+    mutable QHash<int, FitMemo> m_fits;
 };
 
 } // namespace Pelorin

@@ -142,3 +142,33 @@ TEST_F(LabelScrolling, CharacterOfTwoUnitsMovesAsOne) {
     rig.display.tmrScroll_Timer();
     EXPECT_EQ(rig.LabelText(i), u" Song     \U0001F3B5"_qs);
 }
+
+TEST_F(LabelScrolling, TheSecondRoundShowsWhatTheFirstShowedWithoutMeasuringAgain) {
+    const int i = NarrowLabel(title);
+    rig.PlayTrack(DisplayRig::Track(u"A"_qs, title));
+    rig.display.LoadSong();
+    const qsizetype round = title.size() + 5;
+    QStringList first;
+    for (qsizetype tick = 0; tick < round; ++tick) {
+        rig.display.tmrScroll_Timer();
+        first.append(rig.Caption(i));
+    }
+    for (qsizetype tick = 0; tick < round; ++tick) {
+        rig.display.tmrScroll_Timer();
+        ASSERT_EQ(rig.Caption(i), first[tick]) << "tick " << tick;
+        ASSERT_EQ(rig.Caption(i), Expected(i)) << "tick " << tick;
+    }
+}
+
+TEST_F(LabelScrolling, ANarrowerLabelIsMeasuredAfreshAtTheNextStep) {
+    const int i = NarrowLabel(title);
+    rig.PlayTrack(DisplayRig::Track(u"A"_qs, title));
+    rig.display.LoadSong();
+    for (qsizetype tick = 0; tick < title.size() + 5; ++tick)
+        rig.display.tmrScroll_Timer();
+    const QString wide = rig.Caption(i);
+    rig.SetLabelWidth(i, rig.host.LabelWidth(i) / 2);
+    rig.display.tmrScroll_Timer();
+    EXPECT_EQ(rig.Caption(i), Expected(i));
+    EXPECT_LT(rig.Caption(i).size(), wide.size());
+}
