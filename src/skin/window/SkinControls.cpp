@@ -104,6 +104,41 @@ SkinLabelControl::SkinLabelControl(const QString& name, QWidget* parent) : QLabe
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
 }
 
+void SkinLabelControl::paintEvent(QPaintEvent* event) {
+    const QString caption = text();
+    if (caption.isEmpty())
+        return;
+    // Several lines are laid out by QLabel itself.
+    if (caption.contains(u'\n') || caption.contains(QChar::LineSeparator) ||
+        caption.contains(QChar::ParagraphSeparator)) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    if (m_layoutFont != font() || m_layouts.size() >= MaxLayouts) {
+        m_layouts.clear();
+        m_layoutFont = font();
+    }
+    auto layout = m_layouts.find(caption);
+    if (layout == m_layouts.end()) {
+        QStaticText laidOut(caption);
+        laidOut.setTextFormat(Qt::PlainText);
+        laidOut.setPerformanceHint(QStaticText::AggressiveCaching);
+        laidOut.prepare(QTransform(), font());
+        layout = m_layouts.insert(caption, laidOut);
+    }
+    QPainter painter(this);
+    painter.setFont(font());
+    painter.setPen(palette().color(foregroundRole()));
+    const QRect box = contentsRect();
+    qreal left = box.left();
+    if (alignment() & Qt::AlignHCenter)
+        left += (box.width() - layout->size().width()) / 2;
+    else if (alignment() & Qt::AlignRight)
+        left += box.width() - layout->size().width();
+    painter.setClipRect(box);
+    painter.drawStaticText(QPointF(left, box.top()), *layout);
+}
+
 LineControl::LineControl(const QString& name, QWidget* parent) : QWidget(parent) {
     setObjectName(name);
     SetControlTag(this, QString());

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QFont>
+#include <QHash>
 #include <QImage>
 #include <QLabel>
+#include <QStaticText>
 #include <QWidget>
 
 namespace Pelorin {
@@ -54,6 +57,19 @@ class SkinLabelControl : public QLabel {
     Q_OBJECT
 public:
     SkinLabelControl(const QString& name, QWidget* parent);
+
+protected:
+    // Draws the caption as QLabel would, from a laid-out text kept per caption: a scrolling
+    // label comes back to each of its captions once per round, and laying out (shaping) the
+    // text is most of what drawing it costs.
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    // More captions than this and the kept layouts start afresh.
+    static constexpr qsizetype MaxLayouts = 512;
+
+    QFont m_layoutFont;
+    QHash<QString, QStaticText> m_layouts;
 };
 
 // A border line: one pixel thick, in its colour.
