@@ -19,7 +19,9 @@ QString ErrorText(mpd_connection* connection) {
 
 } // namespace
 
-DaemonConnectionPtr ConnectToDaemon(const DaemonAddress& address, int timeoutMs) {
+DaemonConnectionPtr ConnectToDaemon(const DaemonAddress& address, int timeoutMs, bool* timedOut) {
+    if (timedOut)
+        *timedOut = false;
     const QByteArray host = address.host.toUtf8();
     DaemonConnectionPtr connection(mpd_connection_new(host.isEmpty() ? nullptr : host.constData(),
                                                       address.port,
@@ -28,11 +30,15 @@ DaemonConnectionPtr ConnectToDaemon(const DaemonAddress& address, int timeoutMs)
         throw VbError::Player(QStringLiteral("Out of memory"));
     }
     if (mpd_connection_get_error(connection.get()) != MPD_ERROR_SUCCESS) {
+        if (timedOut)
+            *timedOut = mpd_connection_get_error(connection.get()) == MPD_ERROR_TIMEOUT;
         throw VbError::Player(QStringLiteral("Cannot reach the player at %1: %2")
                                   .arg(address.Describe(), ErrorText(connection.get())));
     }
     if (!address.password.isEmpty() &&
         !mpd_run_password(connection.get(), address.password.toUtf8().constData())) {
+        if (timedOut)
+            *timedOut = mpd_connection_get_error(connection.get()) == MPD_ERROR_TIMEOUT;
         throw VbError::Player(QStringLiteral("The player at %1 refused the password: %2")
                                   .arg(address.Describe(), ErrorText(connection.get())));
     }

@@ -18,7 +18,10 @@ using DaemonConnectionPtr = std::unique_ptr<mpd_connection, DaemonConnectionFree
 
 // Connects and sends the password. Throws VbError::Player with the client library's or the
 // daemon's description when either fails; never waits longer than `timeoutMs` per step.
-DaemonConnectionPtr ConnectToDaemon(const DaemonAddress& address, int timeoutMs);
+// `timedOut`, when given, tells whether the daemon let the connection time out (a hung or
+// stopped daemon: its socket accepts, but no greeting comes).
+DaemonConnectionPtr ConnectToDaemon(const DaemonAddress& address, int timeoutMs,
+                                    bool* timedOut = nullptr);
 
 // What went wrong on a connection.
 enum class DaemonFault {

@@ -32,6 +32,9 @@ DaemonPlayer::DaemonPlayer(Options options, QObject* parent)
       m_watcher(m_options.address, m_options.timeoutMs) {
     connect(&m_watcher, &IdleWatcher::Changed, this, &DaemonPlayer::OnChanged);
     connect(&m_watcher, &IdleWatcher::Lost, this, &DaemonPlayer::OnLost);
+    // After a command timed out, calls fail at once until the idle connection hears the daemon.
+    m_session->SetOnTimeout([this] { m_watcher.Probe(); });
+    connect(&m_watcher, &IdleWatcher::Answered, this, [this] { m_session->MarkAnswering(); });
     m_reconnectTimer.setSingleShot(true);
     m_reconnectTimer.setInterval(m_options.reconnectIntervalMs);
     connect(&m_reconnectTimer, &QTimer::timeout, this, &DaemonPlayer::TryReconnect);
@@ -41,7 +44,10 @@ DaemonPlayer::DaemonPlayer(Options options, QObject* parent)
     TryReconnect();
 }
 
-DaemonPlayer::~DaemonPlayer() = default;
+DaemonPlayer::~DaemonPlayer() {
+    // Track objects may keep the session a moment longer; it must not call back into this.
+    m_session->SetOnTimeout({});
+}
 
 bool DaemonPlayer::IsRunning(const DaemonAddress& address, int timeoutMs) {
     if (address.IsLocal()) {
@@ -71,6 +77,7 @@ void DaemonPlayer::TryReconnect() {
     try {
         m_session->Disconnect();
         m_watcher.Start();
+        m_session->MarkAnswering();
         // The first connection only sets the starting point. After a dropped connection, a change
         // that happened while the link was down (a play command that raced with the reconnection,
         // another client's next) is reported like any other; an unchanged player reports nothing.

@@ -10,10 +10,29 @@ DaemonSession::DaemonSession(DaemonAddress address, int timeoutMs)
     : m_address(std::move(address)), m_timeoutMs(timeoutMs) {}
 
 mpd_connection* DaemonSession::Connection() {
+    if (!m_answering)
+        throw VbError::Player(NotAnsweringText());
     if (!m_connection) {
-        m_connection = ConnectToDaemon(m_address, m_timeoutMs);
+        bool timedOut = false;
+        try {
+            m_connection = ConnectToDaemon(m_address, m_timeoutMs, &timedOut);
+        } catch (const VbError&) {
+            // A stopped daemon's socket still accepts: the greeting is what times out.
+            if (timedOut)
+                TimedOut();
+            throw;
+        }
     }
     return m_connection.get();
+}
+
+void DaemonSession::TimedOut() {
+    Disconnect();
+    if (!m_answering)
+        return;
+    m_answering = false;
+    if (m_onTimeout)
+        m_onTimeout();
 }
 
 void DaemonSession::Disconnect() {
@@ -22,6 +41,7 @@ void DaemonSession::Disconnect() {
 
 bool DaemonSession::Settle(mpd_connection* connection, bool firstAttempt) {
     QString description;
+    const bool timedOut = mpd_connection_get_error(connection) == MPD_ERROR_TIMEOUT;
     switch (TakeDaemonFault(connection, &description)) {
     case DaemonFault::None:
         return true;
@@ -36,7 +56,10 @@ bool DaemonSession::Settle(mpd_connection* connection, bool firstAttempt) {
     case DaemonFault::Broken:
         break;
     }
-    Disconnect();
+    if (timedOut)
+        TimedOut();
+    else
+        Disconnect();
     throw VbError::Player(description);
 }
 

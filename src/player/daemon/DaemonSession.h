@@ -6,6 +6,7 @@
 #include "player/daemon/StatusCache.h"
 
 #include <QString>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -20,6 +21,11 @@ namespace Pelorin {
 // connects afresh) and reported the same way. When the daemon had closed the connection before
 // the command reached it (it drops clients that stay silent too long), the work runs once more on
 // a new connection. Nothing waits longer than the timeout per step.
+//
+// A daemon that lets a step time out (it hangs, or is stopped) is not asked again until it has
+// shown that it answers: until then every call fails at once with "The player does not answer",
+// so a window waits at most one timeout in all. The player's idle connection tells when the
+// daemon answers again (MarkAnswering).
 class DaemonSession {
 public:
     DaemonSession(DaemonAddress address, int timeoutMs);
@@ -40,6 +46,12 @@ public:
     }
 
     bool IsConnected() const { return m_connection != nullptr; }
+    // False from a timed-out step until MarkAnswering.
+    bool IsAnswering() const { return m_answering; }
+    void MarkAnswering() { m_answering = true; }
+    // Called once when a step times out, so the player can find out when the daemon is back.
+    void SetOnTimeout(std::function<void()> onTimeout) { m_onTimeout = std::move(onTimeout); }
+    static QString NotAnsweringText() { return QStringLiteral("The player does not answer"); }
     // Sends "kill" and drops the connection: the daemon answers by leaving, which is success.
     // Throws only when the daemon refuses (no permission) or cannot be reached.
     void SendKill();
@@ -67,6 +79,7 @@ public:
 
 private:
     mpd_connection* Connection();
+    void TimedOut();
     // True when the work succeeded; false to run it again; throws otherwise.
     bool Settle(mpd_connection* connection, bool firstAttempt);
 
@@ -76,6 +89,8 @@ private:
     StatusCache m_position;
     std::optional<QString> m_musicDirectory;
     QString m_loadedPlaylist;
+    bool m_answering = true;
+    std::function<void()> m_onTimeout;
 };
 
 } // namespace Pelorin

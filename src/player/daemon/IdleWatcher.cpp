@@ -39,6 +39,15 @@ void IdleWatcher::Stop() {
     // The notifier goes first: it must never outlive the descriptor it watches.
     m_notifier.reset();
     m_connection.reset();
+    m_probing = false;
+}
+
+void IdleWatcher::Probe() {
+    if (!m_connection || m_probing)
+        return;
+    // "noidle" is the one command the daemon takes while a client waits; the socket takes the
+    // few bytes at once, whether or not the daemon reads them.
+    m_probing = mpd_send_noidle(m_connection.get());
 }
 
 int IdleWatcher::SocketDescriptor() const {
@@ -67,6 +76,10 @@ void IdleWatcher::OnReadable() {
         return;
     }
     m_notifier->setEnabled(true);
+    if (m_probing) {
+        m_probing = false;
+        Q_EMIT Answered();
+    }
     if (mask != 0) {
         Q_EMIT Changed(mask);
     }

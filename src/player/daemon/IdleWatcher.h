@@ -26,12 +26,18 @@ public:
     bool IsWatching() const { return m_connection != nullptr; }
     // The waiting connection's socket; -1 when not watching.
     int SocketDescriptor() const;
+    // Asks the daemon, without waiting for it, to end the current wait ("noidle"): its answer
+    // shows that it answers again, and the watcher then emits Answered and waits again. For a
+    // daemon that let a command time out.
+    void Probe();
 
 Q_SIGNALS:
     // The daemon reported changes (a mask of mpd_idle bits); the watcher waits again already.
     void Changed(unsigned mask);
     // The connection closed or broke; the watcher has stopped.
     void Lost();
+    // The daemon answered the probe (emitted before the changes it reported with it).
+    void Answered();
 
 private:
     void OnReadable();
@@ -41,6 +47,7 @@ private:
     int m_timeoutMs;
     DaemonConnectionPtr m_connection;
     std::unique_ptr<QSocketNotifier> m_notifier;
+    bool m_probing = false;
 };
 
 } // namespace Pelorin

@@ -4,6 +4,7 @@
 #include "DaemonTestSupport.h"
 #include "player/IITFileOrCDTrack.h"
 #include "player/daemon/DaemonAddress.h"
+#include "player/daemon/DaemonSession.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -210,6 +211,35 @@ TEST_F(DaemonFaults, StoppedDaemonTimesOutAndTheLinkRecoversAfterwards) {
     ExpectPlayerError([&] { player->Play(); }, 2000);
     daemon.Kill(SIGCONT);
     // The daemon first works through what piled up while it was stopped.
+    EXPECT_TRUE(WaitUntil([&] {
+        try {
+            player->Play();
+            return true;
+        } catch (const VbError&) {
+            return false;
+        }
+    }));
+    EXPECT_TRUE(recorder.WaitFor(QStringLiteral("play")));
+    EXPECT_FALSE(recorder.events.contains(QStringLiteral("quitting")));
+}
+
+TEST_F(DaemonFaults, AfterATimeoutCallsFailAtOnceUntilTheIdleConnectionHearsTheDaemonAgain) {
+    QueueCatalogue();
+    player = MakePlayer(500);
+    EventRecorder recorder(*player);
+    daemon.Kill(SIGSTOP);
+    ExpectPlayerError([&] { player->Play(); }, 2000);
+    // The next calls do not wait for the stopped daemon again: they fail with their own words.
+    for (int call = 0; call < 3; ++call) {
+        try {
+            player->Stop();
+            ADD_FAILURE() << "a call to the stopped daemon succeeded";
+        } catch (const VbError& error) {
+            EXPECT_EQ(error.description(), DaemonSession::NotAnsweringText());
+        }
+    }
+    EXPECT_THROW(player->CurrentTrack(), VbError);
+    daemon.Kill(SIGCONT);
     EXPECT_TRUE(WaitUntil([&] {
         try {
             player->Play();
