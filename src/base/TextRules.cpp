@@ -235,4 +235,22 @@ QString FormatNumber(double value) {
     return (value < 0 ? QLatin1Char('-') : QLatin1Char(' ')) + digits;
 }
 
+QString Printable(QStringView text) {
+    QString shown;
+    shown.reserve(text.size());
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        const bool control = (u < 0x20 && u != u'\t') || (u >= 0x7f && u <= 0x9f);
+        const bool reorders = (u >= 0x202a && u <= 0x202e) || (u >= 0x2066 && u <= 0x2069) ||
+                              u == 0x200e || u == 0x200f || u == 0x061c;
+        if (control)
+            shown += QStringLiteral("\\x%1").arg(u, 2, 16, QLatin1Char('0'));
+        else if (reorders)
+            shown += QStringLiteral("\\u%1").arg(u, 4, 16, QLatin1Char('0'));
+        else
+            shown += c;
+    }
+    return shown;
+}
+
 } // namespace Pelorin::Rules

@@ -69,4 +69,9 @@ double PixelsToTwips(double pixels);
 // leading blank (" 1200"), negative ones their sign ("-15"); no trailing zeros.
 QString FormatNumber(double value);
 
+// Text from a skin or a tag made safe for a terminal: control characters (other than the tab),
+// DEL, the C1 controls and the characters that reorder text on screen (bidirectional overrides
+// and isolates) become escapes such as "\x1b" and "\u202e"; everything else stays as it is.
+QString Printable(QStringView text);
+
 } // namespace Pelorin::Rules

@@ -1,5 +1,7 @@
 #include "MessageBox.h"
 
+#include "base/TextRules.h"
+
 #include <QApplication>
 #include <QMessageBox>
 #include <cstdio>
@@ -35,7 +37,8 @@ QString MessageBox::LogLine(const QString& title, const QString& text) {
     flat.replace(QLatin1String("\r\n"), QLatin1String(" / "));
     flat.replace(QLatin1Char('\n'), QLatin1String(" / "));
     flat.replace(QLatin1Char('\r'), QLatin1String(" / "));
-    return TitleOrDefault(title) + QLatin1String(": ") + flat;
+    // Names and tags from skins reach this line: nothing in it may steer the terminal.
+    return Rules::Printable(TitleOrDefault(title)) + QLatin1String(": ") + Rules::Printable(flat);
 }
 
 MessageBox::Answer MessageBox::Show(const QString& text, const QString& title, Icon icon,
@@ -48,6 +51,9 @@ MessageBox::Answer MessageBox::Show(const QString& text, const QString& title, I
 
     QMessageBox box(parent);
     box.setWindowTitle(TitleOrDefault(title));
+    // Plain text: a skin's picture or tag named like markup ("x<img src=/dev/zero>") is shown as
+    // written, never laid out as rich text that loads what it names.
+    box.setTextFormat(Qt::PlainText);
     box.setText(text);
     switch (icon) {
     case Icon::None:

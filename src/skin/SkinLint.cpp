@@ -2,6 +2,7 @@
 
 #include "base/FileNames.h"
 #include "base/TextFile.h"
+#include "base/TextRules.h"
 #include "base/VbError.h"
 #include "skin/SkinHost.h"
 #include "skin/SkinLineProcessor.h"
@@ -39,7 +40,7 @@ QString Shown(const QString& line) {
             ? line.left(Limit) + QStringLiteral("... (%1 more characters)").arg(line.size() - Limit)
             : line;
     shown.replace(u'\n', QStringLiteral("\\n"));
-    return shown;
+    return Rules::Printable(shown);
 }
 
 QString WhereInLine(const SkinLineTrace& trace) {
@@ -108,7 +109,7 @@ int CheckSkin(const QString& folder, const std::function<void(const QString&)>& 
     LintHost host(loadPicture, primaryScreen);
     const auto onFault = [&](const SkinLineFault& fault) {
         ++faults;
-        out << "skin.ini:" << fault.LineIndex + 1 << ": " << Reason(fault) << ": "
+        out << "skin.ini:" << fault.LineIndex + 1 << ": " << Rules::Printable(Reason(fault)) << ": "
             << Shown(fault.Line) << '\n';
     };
     const auto afterLine = [&](qsizetype index, SkinLineResult result, const SkinChange&) {

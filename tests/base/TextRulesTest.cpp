@@ -248,3 +248,16 @@ TEST(VbErrors, CarryNumberAndDescription) {
     EXPECT_EQ(VbError::CannotLoadFile().description(), QStringLiteral("Cannot load file"));
     EXPECT_STREQ(VbError::CannotLoadFile().what(), "Cannot load file");
 }
+
+TEST(Printable, ControlCharactersBecomeEscapesAndTheRestStays) {
+    EXPECT_EQ(Printable(u"Title\x1b[2J done"), QStringLiteral("Title\\x1b[2J done"));
+    EXPECT_EQ(Printable(u"a\tb"), QStringLiteral("a\tb"));
+    EXPECT_EQ(Printable(u"bell\x07 del\x7f c1\u0085"),
+              QStringLiteral("bell\\x07 del\\x7f c1\\x85"));
+    EXPECT_EQ(Printable(u"Björk – Jóga ♪"), QStringLiteral("Björk – Jóga ♪"));
+}
+
+TEST(Printable, CharactersThatReorderTheLineAreShownAsEscapes) {
+    EXPECT_EQ(Printable(u"evil\u202egnp.exe"), QStringLiteral("evil\\u202egnp.exe"));
+    EXPECT_EQ(Printable(u"\u2066x\u2069"), QStringLiteral("\\u2066x\\u2069"));
+}

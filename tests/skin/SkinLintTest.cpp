@@ -233,3 +233,13 @@ TEST(SkinLoader, AFaultTellsWhichFieldFailed) {
     EXPECT_EQ(faults[0].Trace.Meaning, u"font size"_qs);
     EXPECT_EQ(faults[1].Trace.File, u"/nowhere/y.png"_qs);
 }
+
+TEST_F(SkinCheck, AFaultyLineIsReportedWithItsControlCharactersEscaped) {
+    ASSERT_TRUE(
+        WriteSkin("width=100\r\nbogus\x1b]0;owned\x07=1\r\nimage=0;0;5;5;x;\x1b[2Jgone.png\r\n"));
+    EXPECT_EQ(Check(), 2);
+    EXPECT_FALSE(output.contains(QChar(0x1b))) << output.toStdString();
+    EXPECT_FALSE(output.contains(QChar(0x07)));
+    EXPECT_TRUE(output.contains(u"bogus\\x1b]0;owned\\x07"_qs)) << output.toStdString();
+    EXPECT_TRUE(output.contains(u"\\x1b[2Jgone.png"_qs)) << output.toStdString();
+}
