@@ -22,7 +22,8 @@ VbError OpenFailed(const QString& path) {
 void ReadPositionFile(const QString& path, const std::function<void(double)>& setLeftTwips,
                       const std::function<void(double)>& setTopTwips) {
     TextFileContent content;
-    if (!TextFile::Read(path, content))
+    if (!TextFile::ReadConfined(path, QFileInfo(path).absolutePath(), PositionFileMaxBytes,
+                                content))
         throw OpenFailed(path);
     const std::function<void(double)>* setters[] = {&setLeftTwips, &setTopTwips};
     qsizetype line = 0;
@@ -42,7 +43,7 @@ QByteArray PositionFileBytes(double leftTwips, double topTwips) {
 bool WritePositionFile(const QString& path, double leftTwips, double topTwips, QString* error) {
     TextFileContent content;
     content.Lines = {Rules::FormatNumber(leftTwips), Rules::FormatNumber(topTwips)};
-    return TextFile::Write(path, content, error);
+    return TextFile::WriteConfined(path, content, error);
 }
 
 } // namespace Pelorin

@@ -1,11 +1,18 @@
 #include "TextFile.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QStringDecoder>
 #include <array>
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
+#include <fcntl.h>
 #include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Pelorin {
 
@@ -206,6 +213,61 @@ bool TextFile::Write(const QString& path, const TextFileContent& content, QStrin
         return false;
     }
     return true;
+}
+
+bool TextFile::ReadConfined(const QString& path, const QString& folder, qint64 maxBytes,
+                            TextFileContent& content, QString* error) {
+    const auto fail = [error](const QString& why) {
+        if (error)
+            *error = why;
+        return false;
+    };
+    const QFileInfo info(path);
+    if (info.isSymLink()) {
+        const QString target = info.canonicalFilePath();
+        const QString inside = QFileInfo(folder).canonicalFilePath();
+        if (target.isEmpty() || inside.isEmpty() || !target.startsWith(inside + u'/'))
+            return fail(QStringLiteral("%1 is a link that leads outside its folder").arg(path));
+    }
+    // Non-blocking, so that opening a FIFO does not wait for a writer; the type is checked on
+    // what was opened, not on the name.
+    const int fd =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (fd < 0)
+        return fail(QString::fromLocal8Bit(std::strerror(errno)));
+    QFile file;
+    struct stat status {};
+    if (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(fd);
+        return fail(QStringLiteral("%1 is not a regular file").arg(path));
+    }
+    if (status.st_size > maxBytes) {
+        ::close(fd);
+        return fail(QStringLiteral("%1 is larger than %2 bytes").arg(path).arg(maxBytes));
+    }
+    if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(fd);
+        return fail(file.errorString());
+    }
+    // The file may grow after the check: never more than the limit is read.
+    const QByteArray bytes = file.read(maxBytes + 1);
+    if (file.error() != QFileDevice::NoError)
+        return fail(file.errorString());
+    if (bytes.size() > maxBytes)
+        return fail(QStringLiteral("%1 is larger than %2 bytes").arg(path).arg(maxBytes));
+    content = FromBytes(bytes);
+    return true;
+}
+
+bool TextFile::WriteConfined(const QString& path, const TextFileContent& content, QString* error) {
+    const QFileInfo info(path);
+    // A dangling link counts as a link: writing "to it" would create its target.
+    if (info.isSymLink() || (info.exists() && !info.isFile())) {
+        if (error)
+            *error = QStringLiteral("%1 is not a regular file; it was left as it is").arg(path);
+        return false;
+    }
+    return Write(path, content, error);
 }
 
 } // namespace Pelorin

@@ -48,6 +48,17 @@ public:
     // Writes the whole file or nothing (the old file stays when anything fails).
     static bool Write(const QString& path, const TextFileContent& content,
                       QString* error = nullptr);
+
+    // A file in a folder whose files come from strangers (a skin's): read only when it is a
+    // regular file of at most `maxBytes`, named directly or through a link that resolves inside
+    // `folder`. A FIFO, a device, a folder or a link leading elsewhere is refused without being
+    // opened for long, so none of them can hang or flood the program.
+    static bool ReadConfined(const QString& path, const QString& folder, qint64 maxBytes,
+                             TextFileContent& content, QString* error = nullptr);
+    // Writes the whole file or nothing, and never through a link or onto anything but a regular
+    // file (a skin could otherwise point its file at one of the user's).
+    static bool WriteConfined(const QString& path, const TextFileContent& content,
+                              QString* error = nullptr);
 };
 
 } // namespace Pelorin

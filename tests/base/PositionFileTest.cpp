@@ -3,10 +3,13 @@
 #include "base/TextRules.h"
 #include "base/VbError.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <optional>
+#include <sys/stat.h>
 
 using Pelorin::ReadPositionFile;
 using Pelorin::VbError;
@@ -129,4 +132,88 @@ TEST_F(PositionIni, WriteIntoAMissingFolderFailsWithAMessage) {
     EXPECT_FALSE(
         WritePositionFile(dir.filePath(QStringLiteral("no/such/position.ini")), 1, 2, &error));
     EXPECT_FALSE(error.isEmpty());
+}
+
+namespace {
+
+// A skin folder inside a home folder, for files a skin points elsewhere.
+class PositionIniInASkin : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(QDir(dir.path()).mkpath(QStringLiteral("Skins/Hostile")));
+        skin = dir.filePath(QStringLiteral("Skins/Hostile/"));
+        victim = dir.filePath(QStringLiteral(".bashrc"));
+        QFile file(victim);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("export PATH=$HOME/bin:$PATH\n");
+    }
+    QByteArray VictimBytes() const {
+        QFile file(victim);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    int ReadError(const QString& path) {
+        try {
+            ReadPositionFile(
+                path, [](double) {}, [](double) {});
+        } catch (const VbError& error) {
+            return error.number();
+        }
+        return 0;
+    }
+
+    QTemporaryDir dir;
+    QString skin;
+    QString victim;
+};
+
+} // namespace
+
+TEST_F(PositionIniInASkin, APositionFileThatLinksOutOfTheSkinIsNeitherWrittenNorRead) {
+    const QString position = skin + QStringLiteral("position.ini");
+    ASSERT_TRUE(QFile::link(QStringLiteral("../../.bashrc"), position));
+    QString error;
+    EXPECT_FALSE(WritePositionFile(position, 1200, 600, &error));
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_EQ(VictimBytes(), QByteArray("export PATH=$HOME/bin:$PATH\n"));
+    EXPECT_TRUE(QFileInfo(position).isSymLink()) << "the link itself stays as the skin shipped it";
+    EXPECT_EQ(ReadError(position), 75);
+}
+
+TEST_F(PositionIniInASkin, ADanglingLinkCreatesNothingWhereItPoints) {
+    const QString position = skin + QStringLiteral("position.ini");
+    const QString target = dir.filePath(QStringLiteral("autostart.desktop"));
+    ASSERT_TRUE(QFile::link(target, position));
+    EXPECT_FALSE(WritePositionFile(position, 1200, 600));
+    EXPECT_FALSE(QFileInfo::exists(target));
+}
+
+TEST_F(PositionIniInASkin, AFifoNamedPositionIniIsRefusedWithoutWaitingForAWriter) {
+    const QString position = skin + QStringLiteral("position.ini");
+    ASSERT_EQ(mkfifo(QFile::encodeName(position).constData(), 0600), 0);
+    EXPECT_EQ(ReadError(position), 75);
+    EXPECT_FALSE(WritePositionFile(position, 1200, 600));
+}
+
+TEST_F(PositionIniInASkin, APositionFileOfMoreThan64BytesIsRefused) {
+    const QString position = skin + QStringLiteral("position.ini");
+    QFile file(position);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(" 1200\r\n 600\r\n" + QByteArray(60, ' '));
+    file.close();
+    EXPECT_EQ(ReadError(position), 75);
+}
+
+TEST_F(PositionIniInASkin, ALinkThatStaysInsideTheSkinIsRead) {
+    QFile file(skin + QStringLiteral("saved.ini"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(" 1200\r\n 600\r\n");
+    file.close();
+    const QString position = skin + QStringLiteral("position.ini");
+    ASSERT_TRUE(QFile::link(QStringLiteral("saved.ini"), position));
+    std::optional<double> left;
+    std::optional<double> top;
+    ReadPositionFile(
+        position, [&](double v) { left = v; }, [&](double v) { top = v; });
+    EXPECT_EQ(left, 1200);
+    EXPECT_EQ(top, 600);
 }
