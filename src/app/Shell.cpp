@@ -5,6 +5,7 @@
 #include "base/Settings.h"
 #include "base/TextRules.h"
 #include "base/VbError.h"
+#include "platform/MessageBox.h"
 #include "player/link/PlayerControl.h"
 
 #include <QDir>
@@ -72,13 +73,44 @@ SkinWindow* Shell::OpenSkinWindow(const QString& curPath, std::int16_t left, std
                                   bool isDeskbar) {
     SkinWindow* window = m_services.skinWindows.CreateSkinWindow();
     window->SetIsDeskbar(isDeskbar);
+    ++m_loading;
     window->LoadSkin(curPath + QLatin1String("skin.ini"), curPath);
+    --m_loading;
     if (left != NotGiven)
         window->SetLeftTwips(left);
     if (top != NotGiven)
         window->SetTopTwips(top);
     window->RunAfter();
+    OpenRequestedWindows();
     return window;
+}
+
+void Shell::ShowSkinWindow(const QString& curPath, std::int16_t left, std::int16_t top) {
+    m_requested.append({curPath, left, top});
+    OpenRequestedWindows();
+}
+
+void Shell::OpenRequestedWindows() {
+    // One loop at the outermost level opens the requests in turn, also those that the windows it
+    // opens make while they load.
+    if (m_loading > 0 || m_openingRequested)
+        return;
+    m_openingRequested = true;
+    while (!m_requested.isEmpty()) {
+        const WindowRequest request = m_requested.takeFirst();
+        if (FrmMainCount() >= MaxSkinWindows) {
+            // A skin that asks again and again (a fast timer) gets one box at a time, not a
+            // pile of nested ones.
+            if (!m_refusing) {
+                m_refusing = true;
+                MessageBox::Show(TooManyWindowsText(), QString(), MessageBox::Icon::Exclamation);
+                m_refusing = false;
+            }
+            continue;
+        }
+        OpenSkinWindow(request.curPath, request.left, request.top, false);
+    }
+    m_openingRequested = false;
 }
 
 void Shell::SwitchSkin(const QString& skinName) {

@@ -3,6 +3,7 @@
 #include "FormsRegistry.h"
 #include "skin/window/SkinWindow.h"
 
+#include <QList>
 #include <QString>
 #include <cstdint>
 #include <functional>
@@ -39,6 +40,15 @@ public:
 
     void Main(const QString& commandLine);
 
+    // "showskin": a skin asked for another skin window. While any skin loads, the request waits
+    // until that load has ended (a skin that opens itself on load cannot recurse); beyond
+    // MaxSkinWindows the request opens nothing and says so.
+    void ShowSkinWindow(const QString& curPath, std::int16_t left, std::int16_t top);
+    static constexpr int MaxSkinWindows = 32;
+    static QString TooManyWindowsText() {
+        return QStringLiteral("Pelorin cannot open more than 32 skin windows.");
+    }
+
     SkinWindow* OpenSkinWindow(const QString& curPath, std::int16_t left, std::int16_t top,
                                bool isDeskbar);
     void SwitchSkin(const QString& skinName);
@@ -64,8 +74,19 @@ public:
 private:
     void UnloadAllForms();
     void LoadMenus();
+    void OpenRequestedWindows();
+
+    struct WindowRequest {
+        QString curPath;
+        std::int16_t left;
+        std::int16_t top;
+    };
 
     Services m_services;
+    int m_loading = 0;
+    bool m_openingRequested = false;
+    bool m_refusing = false;
+    QList<WindowRequest> m_requested;
     bool m_deskbandMode = false;
     bool m_switchingSkin = false;
     Form* m_menus = nullptr;

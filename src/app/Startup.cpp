@@ -178,7 +178,7 @@ int RunPelorin(int argc, char** argv) {
         .player = &launcher.Application(),
         .openSkinWindow =
             [&shell](const QString& folder, std::int16_t left, std::int16_t top) {
-                shell.OpenSkinWindow(folder, left, top, false);
+                shell.ShowSkinWindow(folder, left, top);
             },
         .closeAllWindows = [&shell] { shell.CloseAllWindows(); },
         .endProgram = endProgram,

@@ -3,6 +3,7 @@
 // recording PlayerControl, since starting and quitting it is all the shell asks of it here.
 #include "app/Shell.h"
 
+#include "StderrCapture.h"
 #include "app/FormsRegistry.h"
 #include "app/InstanceLock.h"
 #include "app/MenusForm.h"
@@ -15,6 +16,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -65,6 +67,7 @@ protected:
         });
         factory.shell = shell.get();
         factory.forms = &forms;
+        factory.programFolder = programFolder;
     }
 
     void TearDown() override {
@@ -88,10 +91,24 @@ protected:
             links.forms.Add = [this](Form* form) { forms->Add(form); };
             links.forms.Remove = [this](Form* form) { forms->Remove(form); };
             links.onUnloading = [this](SkinWindow& w) { shell->SkinWindowUnloading(w); };
+            // "showskin=Name" as the command language hands it to the shell.
+            links.services.RunCode = [this](frmMain&, QString& code) {
+                if (code.startsWith(QLatin1String("showskin="))) {
+                    shell->ShowSkinWindow(programFolder + QLatin1String("Skins/") + code.mid(9) +
+                                              u'/',
+                                          Shell::NotGiven, Shell::NotGiven);
+                }
+            };
+            ++created;
+            if (onCreate)
+                onCreate();
             return new frmMain(std::move(links));
         }
         Shell* shell = nullptr;
         FormsRegistry* forms = nullptr;
+        QString programFolder;
+        int created = 0;
+        std::function<void()> onCreate;
     };
 
     QTemporaryDir dir;
@@ -361,4 +378,31 @@ TEST_F(ShellTest, ShellOpenOfTheWordITunesStartsThePlayer) {
     EXPECT_TRUE(shell->ShellOpen(QStringLiteral("iTunes"), QStringLiteral("1")));
     EXPECT_EQ(player.starts, 1);
     EXPECT_FALSE(shell->IsPlayerRunning());
+}
+
+TEST_F(ShellTest, ASkinThatShowsItselfWhileLoadingOpensOneWindowAfterAnotherUpToTheLimit) {
+    WriteSkin(programFolder + QLatin1String("Skins/Self/"),
+              "skinname=Self\r\nwidth=50\r\nheight=20\r\nruncode=showskin=Self\r\n");
+    Testing::StderrCapture errors;
+    shell->OpenSkinWindow(programFolder + QLatin1String("Skins/Self/"), Shell::NotGiven,
+                          Shell::NotGiven, false);
+    EXPECT_EQ(shell->FrmMainCount(), Shell::MaxSkinWindows);
+    EXPECT_EQ(factory.created, Shell::MaxSkinWindows);
+    EXPECT_EQ(errors.Messages(QStringLiteral("Pelorin")), QStringList{Shell::TooManyWindowsText()});
+}
+
+TEST_F(ShellTest, AWindowAskedForWhileASkinLoadsOpensOnceThatLoadHasEnded) {
+    WriteSkin(programFolder + QLatin1String("Skins/Asker/"),
+              "skinname=Asker\r\nruncode=showskin=Other\r\nwidth=123\r\n");
+    QList<int> askerWidthWhenOtherWasMade;
+    factory.onCreate = [this, &askerWidthWhenOtherWasMade] {
+        const QList<frmMain*> windows = SkinWindows();
+        if (!windows.isEmpty() && windows.first()->Tag() == QLatin1String("Asker"))
+            askerWidthWhenOtherWasMade.append(windows.first()->width());
+    };
+    shell->OpenSkinWindow(programFolder + QLatin1String("Skins/Asker/"), Shell::NotGiven,
+                          Shell::NotGiven, false);
+    ASSERT_EQ(shell->FrmMainCount(), 2);
+    EXPECT_EQ(SkinWindows().last()->Tag(), QStringLiteral("Other"));
+    EXPECT_EQ(askerWidthWhenOtherWasMade, QList<int>{123}) << "the whole skin file was read first";
 }
