@@ -3,6 +3,8 @@
 #include "base/TextRules.h"
 #include "display/TimeText.h"
 
+#include <algorithm>
+
 namespace Pelorin {
 
 namespace {
@@ -15,6 +17,27 @@ const QString& CurrentPositionText() {
 const QString& CurrentRemainingText() {
     static const QString text = QStringLiteral("[CurrentRemaining]");
     return text;
+}
+
+// Every occurrence of `what` (any letter case) replaced by `with`, the result never longer than
+// `limit`: the copy stops there, so no step builds more than the limit whatever the tags hold.
+void ReplaceWithin(QString& caption, const QString& what, const QString& with, qsizetype limit) {
+    qsizetype found = caption.indexOf(what, 0, Qt::CaseInsensitive);
+    if (found < 0)
+        return;
+    QString result;
+    result.reserve(std::min(limit, caption.size() + with.size()));
+    qsizetype from = 0;
+    while (found >= 0 && result.size() < limit) {
+        result += QStringView(caption).mid(from, found - from);
+        result += with;
+        from = found + what.size();
+        found = caption.indexOf(what, from, Qt::CaseInsensitive);
+    }
+    if (result.size() < limit)
+        result += QStringView(caption).mid(from);
+    result.truncate(limit);
+    caption = result;
 }
 
 } // namespace
@@ -77,7 +100,7 @@ void TagTemplate::Fill(QString& caption, TrackValues& values) {
         // The value is read whether or not the caption holds the placeholder, so a failing
         // read ends the refresh at the same place for every template.
         const QString value = values.Value(placeholder);
-        caption.replace(Text(placeholder), value, Qt::CaseInsensitive);
+        ReplaceWithin(caption, Text(placeholder), value, MaxCaption);
     }
 }
 

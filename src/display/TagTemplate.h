@@ -20,7 +20,12 @@ public:
     // playlist. Each step works on the whole caption, so a value holding a later placeholder's
     // text is replaced again. The caption is changed in place: when reading a value fails, it
     // keeps the replacements made so far.
+    //
+    // Tags come from anywhere, and a tag that holds placeholders is expanded again by the later
+    // steps: a step whose result would be longer than MaxCaption characters is cut there, and the
+    // remaining steps run on the cut text.
     static void Fill(QString& caption, TrackValues& values);
+    static constexpr qsizetype MaxCaption = 4096;
 
     // True when the template shows a running time ("[CurrentPosition]" or
     // "[CurrentRemaining]", any letter case).

@@ -1,5 +1,6 @@
 #include "DisplayRig.h"
 #include "base/VbError.h"
+#include "display/TagTemplate.h"
 
 #include <QLocale>
 
@@ -326,4 +327,27 @@ TEST_F(RefreshInfo, ARefreshReadsTheCurrentTrackOnceForTheLabelsTheBarAndTheStar
     EXPECT_EQ(reads, guards + 1);
     EXPECT_EQ(rig.Caption(1), u"Aurora Quartet - Morning Light (3:07)"_qs);
     EXPECT_TRUE(rig.host.star(3).visible);
+}
+
+TEST_F(RefreshInfo, TagsThatHoldPlaceholdersAreCutAt4096CharactersAndLaterStepsStillRun) {
+    const int label = rig.Label(300, u"[Artist]"_qs);
+    MemoryTrackData data =
+        DisplayRig::Track(u"[Title]"_qs.repeated(1000), u"[Album]"_qs.repeated(10));
+    data.album = u"ab"_qs;
+    rig.PlayTrack(data);
+    StderrCapture errors;
+    rig.display.LoadSong();
+    const QString shown = rig.LabelText(label).trimmed();
+    EXPECT_LE(rig.LabelText(label).size(), TagTemplate::MaxCaption + 5) << "the scroll lead";
+    EXPECT_TRUE(shown.startsWith(u"abababab"_qs)) << shown.left(40).toStdString();
+    EXPECT_FALSE(shown.contains(u"[Album]"_qs)) << "the album step ran on the cut text";
+    EXPECT_FALSE(shown.contains(u"[Title]"_qs));
+    EXPECT_TRUE(errors.Text().isEmpty()) << errors.Text().toStdString();
+}
+
+TEST_F(RefreshInfo, ACaptionWithinTheLimitIsFilledAsBefore) {
+    const int label = rig.Label(5000, u"[Artist] / [artist] / [Title]"_qs);
+    rig.PlayTrack(DisplayRig::Track(u"A[Title]"_qs, u"T"_qs));
+    rig.display.LoadSong();
+    EXPECT_EQ(rig.Caption(label), u"AT / AT / T"_qs);
 }
