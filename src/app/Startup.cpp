@@ -5,6 +5,7 @@
 #include "InstanceLock.h"
 #include "MenusForm.h"
 #include "Shell.h"
+#include "SkinTrust.h"
 #include "app/binding/SkinWindowBinding.h"
 #include "base/Log.h"
 #include "base/ProgramPaths.h"
@@ -151,6 +152,7 @@ int RunPelorin(int argc, char** argv) {
     SkinWindows skinWindows(forms);
     PlayerLauncher launcher;
     StartupPlayer player(launcher);
+    SkinTrust trust(settings);
 
     const auto endProgram = [&settings] {
         // At once: no further handlers run, also from inside loops that pump events.
@@ -176,10 +178,8 @@ int RunPelorin(int argc, char** argv) {
         programFolder.chop(1);
     skinWindows.SetProgram({
         .player = &launcher.Application(),
-        .openSkinWindow =
-            [&shell](const QString& folder, std::int16_t left, std::int16_t top) {
-                shell.ShowSkinWindow(folder, left, top);
-            },
+        .openSkinWindow = [&shell](const QString& folder, std::int16_t left,
+                                   std::int16_t top) { shell.ShowSkinWindow(folder, left, top); },
         .closeAllWindows = [&shell] { shell.CloseAllWindows(); },
         .endProgram = endProgram,
         .shellOpen =
@@ -189,6 +189,10 @@ int RunPelorin(int argc, char** argv) {
         .skinFolder = [&paths](const QString& name) { return paths.SkinFolder(name); },
         .programFolder = programFolder,
         .playerApp = [&settings] { return settings.GetSetting(Settings::PlayerApp); },
+        .mayChangeLibrary =
+            [&trust](const QString& skinName, const QString& command) {
+                return trust.MayChangeLibrary(skinName, command);
+            },
     });
 
     shell.Main(args.join(QLatin1Char(' ')));

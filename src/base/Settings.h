@@ -37,6 +37,9 @@ public:
     // The player backend: empty or "mpd" for MPD, "mpris" or "mpris:NAME" for a desktop player.
     // Default empty.
     static constexpr QLatin1String Player{"Player"};
+    // Skin folder names the user allowed to change the music library, separated by "|".
+    // Default empty.
+    static constexpr QLatin1String TrustedSkins{"TrustedSkins"};
 
     static constexpr QLatin1String CloseiTunesOnExitDialogDefault{"1"};
 

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 #include <cstdio>
 
 namespace Pelorin {
@@ -96,6 +97,27 @@ MessageBox::Answer MessageBox::Show(const QString& text, const QString& title, I
     default:
         return Answer::Ok;
     }
+}
+
+bool MessageBox::Ask(const QString& text, const QString& title, const QString& firstButton,
+                     const QString& secondButton, bool defaultIsFirst, QWidget* parent) {
+    const QByteArray line = LogLine(title, text).toLocal8Bit();
+    std::fprintf(stderr, "%s\n", line.constData());
+    std::fflush(stderr);
+    if (IsUnattended() || qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
+        return defaultIsFirst;
+
+    QMessageBox box(parent);
+    box.setWindowTitle(TitleOrDefault(title));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(text);
+    box.setIcon(QMessageBox::Question);
+    QPushButton* first = box.addButton(firstButton, QMessageBox::AcceptRole);
+    QPushButton* second = box.addButton(secondButton, QMessageBox::RejectRole);
+    box.setDefaultButton(defaultIsFirst ? first : second);
+    box.setEscapeButton(second);
+    box.exec();
+    return box.clickedButton() == first;
 }
 
 } // namespace Pelorin

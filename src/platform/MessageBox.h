@@ -19,6 +19,13 @@ public:
                        Icon icon = Icon::None, Buttons buttons = Buttons::Ok,
                        QWidget* parent = nullptr);
 
+    // A question with two buttons in the caller's words; true when the first is chosen. The
+    // second is the default (also what Escape and PELORIN_UNATTENDED=1 answer) unless
+    // `defaultIsFirst`.
+    static bool Ask(const QString& text, const QString& title, const QString& firstButton,
+                    const QString& secondButton, bool defaultIsFirst = false,
+                    QWidget* parent = nullptr);
+
     // The title and text as the stderr copy writes them.
     static QString LogLine(const QString& title, const QString& text);
 

@@ -100,9 +100,14 @@ bool CommandInterpreter::RunBareWord(const QString& word) {
         {QLatin1String("quit"), [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).Quit(); }},
         {QLatin1String("delete"),
          [](CommandInterpreter& c) {
+             c.RequireTrust(u"delete");
              PlayerAccess::CurrentTrack(PlayerAccess::R(c.m_player))->Delete();
          }},
-        {QLatin1String("deletecompletely"), [](CommandInterpreter& c) { c.DeleteCompletely(); }},
+        {QLatin1String("deletecompletely"),
+         [](CommandInterpreter& c) {
+             c.RequireTrust(u"deletecompletely");
+             c.DeleteCompletely();
+         }},
         {QLatin1String("showitunes"), [](CommandInterpreter& c) { c.ShowPlayerApp(); }},
         {QLatin1String("updateipod"),
          [](CommandInterpreter& c) { PlayerAccess::R(c.m_player).UpdateIPod(); }},
@@ -118,11 +123,25 @@ bool CommandInterpreter::RunBareWord(const QString& word) {
         {QLatin1String("volumeup"), [](CommandInterpreter& c) { c.VolumeUp(); }},
         {QLatin1String("volumedown"), [](CommandInterpreter& c) { c.VolumeDown(); }},
         {QLatin1String("swapartistandalbum"),
-         [](CommandInterpreter& c) { c.SwapArtistAndAlbum(); }},
+         [](CommandInterpreter& c) {
+             c.RequireTrust(u"swapartistandalbum");
+             c.SwapArtistAndAlbum();
+         }},
         {QLatin1String("swapartistandtitle"),
-         [](CommandInterpreter& c) { c.SwapArtistAndTitle(); }},
-        {QLatin1String("setasstart"), [](CommandInterpreter& c) { c.SetAsStart(); }},
-        {QLatin1String("setasend"), [](CommandInterpreter& c) { c.SetAsEnd(); }},
+         [](CommandInterpreter& c) {
+             c.RequireTrust(u"swapartistandtitle");
+             c.SwapArtistAndTitle();
+         }},
+        {QLatin1String("setasstart"),
+         [](CommandInterpreter& c) {
+             c.RequireTrust(u"setasstart");
+             c.SetAsStart();
+         }},
+        {QLatin1String("setasend"),
+         [](CommandInterpreter& c) {
+             c.RequireTrust(u"setasend");
+             c.SetAsEnd();
+         }},
     };
     for (const BareWord& entry : table) {
         if (word == entry.word) {
@@ -152,12 +171,19 @@ void CommandInterpreter::RunSuffixAndPrefixCommands(const QString& TheCode) {
         ReloadTimer(Argument(TheCode));
     if (Begins(TheCode, u"playplaylist"))
         m_tracks.PlayPlaylist(Argument(TheCode));
-    if (Begins(TheCode, u"addtoplaylist"))
+    if (Begins(TheCode, u"addtoplaylist")) {
+        RequireTrust(u"addtoplaylist");
         m_tracks.AddToPlaylist(Argument(TheCode));
+    }
     if (Begins(TheCode, u"skip"))
         Skip(Argument(TheCode));
     if (Begins(TheCode, u"addtovolume"))
         AddToVolume(Argument(TheCode));
+}
+
+void CommandInterpreter::RequireTrust(QStringView command) {
+    if (!m_host.MayChangeLibrary(command.toString()))
+        throw VbError::Player(RunCodeHost::LibraryChangeRefusedText());
 }
 
 void CommandInterpreter::ReportError(const QString& TheCode, const QString& description) {

@@ -36,6 +36,9 @@ public:
 
 private:
     void RunCommand(const QString& TheCode);
+    // Skin trust before a command that changes the user's music or playlists: throws the
+    // refusal as that command's failure.
+    void RequireTrust(QStringView command);
     bool RunBareWord(const QString& word);
     void RunSuffixAndPrefixCommands(const QString& TheCode);
     void ReportError(const QString& TheCode, const QString& description);

@@ -21,6 +21,14 @@ public:
 
     virtual ~RunCodeHost() = default;
 
+    // Skin trust: true when this window's skin may run `command`, one of the commands that change
+    // the user's music or playlists ("edittag", "delete", "deletecompletely", "addtoplaylist",
+    // "swapartistandalbum", "swapartistandtitle", "setasstart", "setasend"). May ask the user.
+    virtual bool MayChangeLibrary(const QString& command) = 0;
+    static QString LibraryChangeRefusedText() {
+        return QStringLiteral("This skin is not allowed to change your music library.");
+    }
+
     // Feedback to the user.
     virtual void Beep() = 0;
     // A modal message box; `title` empty gives the program's name.

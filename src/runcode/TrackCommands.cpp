@@ -34,6 +34,8 @@ void TrackCommands::EditTag(const QString& TheCode) {
         const QStringList fields = Rules::SplitFirstFields(assignment, 2, u'=');
         const QString& property = Rules::Field(fields, 0);
         const QString& value = Rules::Field(fields, 1);
+        if (!m_host.MayChangeLibrary(QStringLiteral("edittag")))
+            throw VbError::Player(RunCodeHost::LibraryChangeRefusedText());
         PlayerAccess::CurrentTrack(PlayerAccess::R(m_player))->SetPropertyByName(property, value);
         return;
     } catch (const VbError& error) {

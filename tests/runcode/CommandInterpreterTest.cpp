@@ -606,5 +606,28 @@ TEST_F(DeleteCompletelyTest, AStreamIsNoFileAndNothingIsDeleted) {
     EXPECT_TRUE(TrashedFiles().isEmpty());
 }
 
+TEST_F(RunCodeTest, AnUntrustedSkinsLibraryCommandsFailAsThemselvesAndChangeNothing) {
+    host.trusted = false;
+    for (const char* code : {"delete", "deletecompletely", "swapartistandalbum",
+                             "swapartistandtitle", "setasstart", "setasend"}) {
+        host.messages.clear();
+        Run(QString::fromLatin1(code));
+        ASSERT_EQ(host.messages.size(), 1) << code;
+        EXPECT_TRUE(host.messages.first().text.contains(RunCodeHost::LibraryChangeRefusedText()))
+            << code;
+        EXPECT_TRUE(host.messages.first().text.contains(QString::fromLatin1(code))) << code;
+    }
+    EXPECT_EQ(CurrentName(), QStringLiteral("A"));
+    EXPECT_EQ(player.trackData(a).artist, QStringLiteral("Artist A"));
+    EXPECT_EQ(player.trackData(a).start, 0);
+}
+
+TEST_F(RunCodeTest, CommandsThatLeaveTheLibraryAloneNeedNoTrust) {
+    host.trusted = false;
+    Run(QStringLiteral("{pause}{volumeup}{repeat=all}"));
+    EXPECT_TRUE(host.CallsOf(QStringLiteral("trust")).isEmpty());
+    EXPECT_EQ(player.playState(), MemoryPlayState::Paused);
+}
+
 } // namespace
 } // namespace Pelorin::Testing

@@ -23,6 +23,11 @@ public:
 
     explicit RecordingRunCodeHost(IiTunes* thePlayer = nullptr) : FixedWindowPlayer(thePlayer) {}
 
+    bool MayChangeLibrary(const QString& command) override {
+        calls.append(QStringLiteral("trust:") + command);
+        return trusted;
+    }
+
     void Beep() override {
         ++beeps;
         calls.append(QStringLiteral("beep"));
@@ -99,6 +104,8 @@ public:
     }
 
     bool windowGone = false;
+    // Skin trust: whether the skin may change the music library.
+    bool trusted = true;
     int timerCount = 0;
     double leftTwips = 0;
     double topTwips = 0;

@@ -268,5 +268,38 @@ TEST_F(RunCodeOnPlayer, CommandsWhileNothingPlaysBeepInsteadOfShowingAMessage) {
     EXPECT_TRUE(host->messages.isEmpty()) << Messages().toStdString();
 }
 
+TEST_F(RunCodeOnPlayer, AnUntrustedSkinLeavesTheTagsTheFilesAndThePlaylistsAsTheyWere) {
+    // What a hostile skin tried: every new song rewrites the tags, then trashes the file.
+    QTemporaryDir data;
+    ASSERT_TRUE(data.isValid());
+    const QByteArray oldDataHome = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
+    host->trash = [](const QString& path, QString* error) { return MoveToTrash(path, error); };
+    host->trusted = false;
+    Play(1);
+    const QString uri = catalog.tracks[1].uri;
+    const QString before = TagOf(uri, QStringLiteral("%artist%;%title%;%comment%"));
+    const QStringList favourites = {QStringLiteral("playlist"), QStringLiteral("-f"),
+                                    QStringLiteral("%file%"), QStringLiteral("Favourites")};
+    const QString favouritesBefore = Mpc(favourites);
+    Run(QStringLiteral("edittag=Comment=wiped"));
+    Run(QStringLiteral("{swapartistandtitle}{deletecompletely}"));
+    Run(QStringLiteral("addtoplaylist=Favourites"));
+    qputenv("XDG_DATA_HOME", oldDataHome);
+
+    EXPECT_TRUE(QFileInfo::exists(daemon.MusicDirectory() + u'/' + uri));
+    EXPECT_TRUE(QDir(data.filePath(QStringLiteral("Trash/files"))).isEmpty());
+    EXPECT_EQ(TagOf(uri, QStringLiteral("%artist%;%title%;%comment%")), before);
+    EXPECT_EQ(Mpc(favourites), favouritesBefore);
+    // Each refusal is that command's own failure, in its own words.
+    EXPECT_TRUE(Messages().contains(RunCodeHost::LibraryChangeRefusedText()))
+        << Messages().toStdString();
+    EXPECT_EQ(
+        host->CallsOf(QStringLiteral("trust")),
+        (QStringList{QStringLiteral("trust:edittag"), QStringLiteral("trust:swapartistandtitle"),
+                     QStringLiteral("trust:deletecompletely"),
+                     QStringLiteral("trust:addtoplaylist")}));
+}
+
 } // namespace
 } // namespace Pelorin::Testing

@@ -10,6 +10,7 @@
 #include "skin/window/VbTimer.h"
 #include "skin/window/frmMain.h"
 
+#include <QDir>
 #include <QGuiApplication>
 #include <algorithm>
 #include <cmath>
@@ -124,6 +125,12 @@ QString BoundWindow::PlayerApp() const {
 
 bool BoundWindow::ShellOpen(const QString& file, const QString& parameters) {
     return m_program.shellOpen && m_program.shellOpen(file, parameters);
+}
+
+bool BoundWindow::MayChangeLibrary(const QString& command) {
+    if (m_window.isNull() || !m_program.mayChangeLibrary)
+        return false;
+    return m_program.mayChangeLibrary(QDir(m_window->SkinFolder()).dirName(), command);
 }
 
 // The track display's window.

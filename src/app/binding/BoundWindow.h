@@ -56,6 +56,7 @@ public:
     QString SkinFolder(const QString& skinName) const override;
     QString ProgramFolder() const override;
     QString PlayerApp() const override;
+    bool MayChangeLibrary(const QString& command) override;
     bool ShellOpen(const QString& file, const QString& parameters) override;
 
     // DisplayHost

@@ -28,6 +28,9 @@ struct SkinWindowProgram {
     QString programFolder;
     // The setting "PlayerApp".
     std::function<QString()> playerApp;
+    // Skin trust: whether the skin in folder `skinName` may run `command`, which changes the
+    // user's music or playlists (it may ask the user). Unset: no skin may.
+    std::function<bool(const QString& skinName, const QString& command)> mayChangeLibrary;
 };
 
 } // namespace Pelorin
