@@ -56,13 +56,17 @@ void RatingStars::ShowRatings(TrackValues& values) {
     }
 }
 
-void RatingStars::imgRatings_Click(int index) {
+void RatingStars::Rate(int index) {
     if (index < 0 || index >= StarCount)
         return;
+    if (m_player.iTunesIsNothing(true))
+        return;
+    PlayerAccess::CurrentTrack(PlayerAccess::App(m_player))->SetRating((index + 1) * 20);
+}
+
+void RatingStars::imgRatings_Click(int index) {
     try {
-        if (m_player.iTunesIsNothing(true))
-            return;
-        PlayerAccess::CurrentTrack(PlayerAccess::App(m_player))->SetRating((index + 1) * 20);
+        Rate(index);
     } catch (const VbError& error) {
         MessageBox::Show(error.description(), QStringLiteral("Error!"), MessageBox::Icon::Critical);
     }

@@ -21,8 +21,13 @@ public:
     void ShowRatings(TrackValues& values);
 
     // A click on star `index` rates the current track (index + 1) * 20; the display follows when
-    // the player reports the change. An index outside 0..4 does nothing.
+    // the player reports the change. An index outside 0..4 does nothing. A failure shows the
+    // "Error!" box: nothing above a click would report it.
     void imgRatings_Click(int index);
+    // The same rating with no error trap of its own: the "Nstar" command reports a failure
+    // through the command language's rule (a beep without a player, else its message). Throws
+    // VbError.
+    void Rate(int index);
     // A press on a star counts as an interaction.
     void imgRatings_MouseDown(int index);
 

@@ -43,6 +43,8 @@ public:
     void imgProgress_MouseDown(Qt::MouseButtons button, double x);
     void imgProgress_MouseMove(Qt::MouseButtons buttons, double x);
     void imgRatings_Click(int index);
+    // "Nstar": rates as a click on star `index` does, but lets a failure go to the caller.
+    void RateByCommand(int index) { m_ratings.Rate(index); }
     void imgRatings_MouseDown(int index);
 
     // Fills one ARTWORK image (also when a pointer effect restores its picture). Reports a

@@ -79,8 +79,9 @@ bool BoundWindow::ReloadTimer(int index) {
 }
 
 void BoundWindow::imgRatings_Click(int index) {
+    // The command's failure belongs to the command language, which beeps or reports it.
     if (m_display != nullptr)
-        m_display->imgRatings_Click(index);
+        m_display->RateByCommand(index);
 }
 
 double BoundWindow::LeftTwips() const {

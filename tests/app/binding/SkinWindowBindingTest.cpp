@@ -221,6 +221,20 @@ TEST_F(SkinWindowBindingTest, TheStarCommandRatesLikeAClickOnTheStar) {
     EXPECT_EQ(rig.Player().trackData(id).rating, 80);
 }
 
+TEST_F(SkinWindowBindingTest, AFailingStarCommandIsReportedByTheCommandLanguageNotAsABareError) {
+    rig.PlayTrack(BoundWindowRig::Track(QStringLiteral("Rate"), 100));
+    rig.Player().failOperation(QStringLiteral("IITTrack.SetRating"),
+                               VbError::Player(QStringLiteral("Ratings are switched off")));
+    Open({QStringLiteral("width=100"), QStringLiteral("height=40")});
+    StderrCapture capture;
+    window->RunCode(QStringLiteral("4star"));
+    const QStringList messages = capture.Messages(QStringLiteral("Error!"));
+    ASSERT_EQ(messages.size(), 1);
+    EXPECT_TRUE(messages.first().startsWith(QStringLiteral("There was an error in the RunCode")))
+        << messages.first().toStdString();
+    EXPECT_TRUE(messages.first().contains(QStringLiteral("Ratings are switched off")));
+}
+
 TEST_F(SkinWindowBindingTest, ShowSkinOpensTheOtherSkinBesideThisWindow) {
     rig.Player();
     Open({QStringLiteral("left=100"), QStringLiteral("top=50"), QStringLiteral("width=100"),
