@@ -3,6 +3,8 @@
 #include "DisplayRig.h"
 #include "PlayerDaemonFixture.h"
 #include "base/TextRules.h"
+#include "base/VbError.h"
+#include "display/TrackDisplay.h"
 #include "player/daemon/DaemonPlayer.h"
 
 #include <QCoreApplication>
@@ -13,6 +15,8 @@
 
 using namespace Pelorin;
 using Pelorin::Testing::DisplayRig;
+using Pelorin::Testing::StderrCapture;
+using Pelorin::Testing::WritePictureFile;
 
 namespace {
 
@@ -188,4 +192,42 @@ TEST_F(RealPlayerDisplay, BarGrowsWhilePlaying) {
         return rig.host.progressWidth() > before && rig.Caption(position) != shownBefore;
     }));
     EXPECT_TRUE(rig.Caption(position).startsWith(u"0:0"_qs)) << rig.Caption(position).toStdString();
+}
+
+TEST(RealPlayerWithoutStickers, ATrackChangeShowsTheTitleAndNoErrorAgainstADaemonWithoutStickers) {
+    PlayerDaemonFixture::Options without;
+    without.stickers = false;
+    PlayerDaemonFixture daemon(without);
+    ASSERT_EQ(daemon.Start(), QString());
+    DaemonPlayer::Options options;
+    options.address.host = daemon.SocketPath();
+    options.isPlayerRunning = [&daemon] { return daemon.IsRunning(); };
+    auto player = std::make_unique<DaemonPlayer>(options);
+    DisplayRig rig;
+    rig.host.setPlayer(player.get());
+    ASSERT_TRUE(WritePictureFile(rig.folder + u"off.png"_qs, Qt::gray));
+    ASSERT_TRUE(WritePictureFile(rig.folder + u"on.png"_qs, Qt::yellow));
+    rig.Line(u"ratingscontrol=10;5;12;12;2;off.png;on.png"_qs);
+    const int label = rig.Label(5000, u"[Artist] - [Title] ([Rating], [PlayCount])"_qs);
+    const LibraryCatalog catalog = PlayerDaemonFixture::Catalog();
+    const TrackSpec& spec = catalog.tracks[0];
+    daemon.Mpc({u"clear"_qs});
+    daemon.Mpc({u"add"_qs, spec.uri});
+    daemon.Mpc({u"play"_qs});
+    ASSERT_TRUE(WaitFor([&] { return player->CurrentTrack() != nullptr; }));
+    StderrCapture errors;
+    rig.display.LoadSong();
+    EXPECT_EQ(rig.Caption(label), spec.artist + u" - "_qs + spec.title + u" (0, 0)"_qs);
+    EXPECT_TRUE(rig.host.star(0).visible);
+    EXPECT_FALSE(errors.Text().contains(TrackDisplay::RefreshErrorPrefix()))
+        << errors.Text().toStdString();
+    // Setting what only a sticker database holds is what fails, through the caller's path.
+    try {
+        player->CurrentTrack()->SetRating(60);
+        ADD_FAILURE() << "a rating was taken without a sticker database";
+    } catch (const VbError& error) {
+        EXPECT_EQ(error.description(),
+                  u"The player does not support ratings without a sticker database"_qs);
+    }
+    rig.host.setPlayer(nullptr);
 }

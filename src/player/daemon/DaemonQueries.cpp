@@ -1,6 +1,7 @@
 #include "player/daemon/DaemonQueries.h"
 
 #include "base/TextRules.h"
+#include "player/PlayerError.h"
 #include "player/daemon/DaemonSession.h"
 
 #include <QSet>
@@ -9,6 +10,18 @@
 namespace Pelorin::DaemonQueries {
 
 namespace {
+
+// Setting a value that only a sticker database can hold, on a daemon without one.
+void RequireStickers(DaemonSession& session, const char* name) {
+    if (session.HasStickers())
+        return;
+    const QLatin1String sticker(name);
+    const QString what = sticker == QLatin1String("rating") ? QStringLiteral("ratings")
+                         : sticker == QLatin1String("playCount")
+                             ? QStringLiteral("play counts")
+                             : QStringLiteral("start and finish points");
+    throw PlayerError::NotSupported(what + QStringLiteral(" without a sticker database"));
+}
 
 constexpr const char* kSongType = "song";
 
@@ -135,6 +148,9 @@ QList<SongInfo> Search(DaemonSession& session, const QString& text, SearchScope 
 }
 
 std::optional<QString> Sticker(DaemonSession& session, const QString& uri, const char* name) {
+    // Without a sticker database nothing is stored: the value reads as not set.
+    if (!session.HasStickers())
+        return std::nullopt;
     const QByteArray song = uri.toUtf8();
     return session.Run([&song, name](mpd_connection* connection) {
         std::optional<QString> value;
@@ -155,6 +171,7 @@ std::optional<QString> Sticker(DaemonSession& session, const QString& uri, const
 
 void SetSticker(DaemonSession& session, const QString& uri, const char* name,
                 const QString& value) {
+    RequireStickers(session, name);
     const QByteArray song = uri.toUtf8();
     const QByteArray text = value.toUtf8();
     session.Run([&song, &text, name](mpd_connection* connection) {
@@ -163,6 +180,7 @@ void SetSticker(DaemonSession& session, const QString& uri, const char* name,
 }
 
 void DeleteSticker(DaemonSession& session, const QString& uri, const char* name) {
+    RequireStickers(session, name);
     const QByteArray song = uri.toUtf8();
     session.Run([&song, name](mpd_connection* connection) {
         const bool done = mpd_run_sticker_delete(connection, kSongType, song.constData(), name);
@@ -175,6 +193,8 @@ void DeleteSticker(DaemonSession& session, const QString& uri, const char* name)
 }
 
 QStringList SongsWithSticker(DaemonSession& session, const char* name) {
+    if (!session.HasStickers())
+        return {};
     return session.Run([name](mpd_connection* connection) {
         QStringList uris;
         if (!mpd_send_sticker_find(connection, kSongType, "", name)) {
@@ -208,7 +228,9 @@ void ApplyRanges(DaemonSession& session, const QStringList& uris) {
             const auto seconds = [&](const char* name) {
                 const std::optional<QString> value = Sticker(session, entry.uri, name);
                 const double number = value ? Rules::LeadingNumber(*value) : 0.0;
-                return number > 0 ? static_cast<unsigned>(number) : 0u;
+                // A sticker any client may have written: beyond a range the daemon can hold
+                // (in milliseconds) it counts as none.
+                return number > 0 && number < 4294967.0 ? static_cast<unsigned>(number) : 0u;
             };
             ranges.insert(entry.uri, {seconds("start"), seconds("finish")});
         }

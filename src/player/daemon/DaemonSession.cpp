@@ -2,6 +2,7 @@
 
 #include "base/VbError.h"
 
+#include <cstring>
 #include <mpd/client.h>
 
 namespace Pelorin {
@@ -37,6 +38,25 @@ void DaemonSession::TimedOut() {
 
 void DaemonSession::Disconnect() {
     m_connection.reset();
+    // The daemon may come back with another configuration.
+    m_hasStickers.reset();
+}
+
+bool DaemonSession::HasStickers() {
+    if (!m_hasStickers) {
+        m_hasStickers = Run([](mpd_connection* connection) {
+            bool found = false;
+            if (mpd_send_allowed_commands(connection)) {
+                while (mpd_pair* pair = mpd_recv_command_pair(connection)) {
+                    found = found || std::strcmp(pair->value, "sticker") == 0;
+                    mpd_return_pair(connection, pair);
+                }
+                mpd_response_finish(connection);
+            }
+            return found;
+        });
+    }
+    return *m_hasStickers;
 }
 
 bool DaemonSession::Settle(mpd_connection* connection, bool firstAttempt) {

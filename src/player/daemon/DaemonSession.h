@@ -57,6 +57,10 @@ public:
     void SendKill();
     void Disconnect();
 
+    // Whether the daemon keeps stickers (ratings, play counts, start and finish points live
+    // there); a daemon without a sticker_file has none. Asked once per connection.
+    bool HasStickers();
+
     // "status"; also what PlayerPosition is answered from.
     DaemonStatus ReadStatus();
     // The song playing or paused, with the status read in the same exchange; none when stopped.
@@ -90,6 +94,7 @@ private:
     std::optional<QString> m_musicDirectory;
     QString m_loadedPlaylist;
     bool m_answering = true;
+    std::optional<bool> m_hasStickers;
     std::function<void()> m_onTimeout;
 };
 
