@@ -78,4 +78,27 @@ QString FileNames::Resolve(const QString& path) {
     return resolved.isEmpty() ? path : resolved;
 }
 
+bool FileNames::StaysBelow(const QString& relativeName) {
+    // A name that begins with "/" is put behind the folder as it stands, so it stays below it
+    // too; only ".." climbs out.
+    const QStringList parts = WithSlashes(relativeName).split(u'/');
+    return !parts.contains(QStringLiteral(".."));
+}
+
+bool FileNames::Confined(const QString& folder, const QString& relativeName) {
+    if (!StaysBelow(relativeName))
+        return false;
+    const QFileInfo file(InFolder(folder, relativeName));
+    if (!file.exists())
+        return true;
+    const QString inside = QFileInfo(folder).canonicalFilePath();
+    const QString target = file.canonicalFilePath();
+    return !inside.isEmpty() && target.startsWith(inside + u'/');
+}
+
+bool FileNames::IsPlainName(const QString& name) {
+    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") &&
+           !name.contains(u'/') && !name.contains(u'\\');
+}
+
 } // namespace Pelorin

@@ -17,6 +17,18 @@ public:
     // A name that matches nothing comes back unchanged apart from the slashes.
     static QString InFolder(const QString& folder, const QString& relativeName);
 
+    // Names a skin gives (pictures, other skins) must not reach outside the skin's folder.
+    // True when `relativeName` stays below whatever folder it is put behind (InFolder adds no
+    // separator, so even a name that begins with "/" does): no ".." among its components ("\"
+    // read as "/").
+    static bool StaysBelow(const QString& relativeName);
+    // True when `relativeName` stays below `folder` and, where it names an existing file through
+    // a link, the link resolves inside `folder` too.
+    static bool Confined(const QString& folder, const QString& relativeName);
+    // A skin's name as showskin and the menus take it: one folder name, no separators, not "."
+    // or "..".
+    static bool IsPlainName(const QString& name);
+
     // The same fallback for a whole path: components that do not exist with their exact case
     // are looked up case-insensitively, from the first one that is missing.
     static QString Resolve(const QString& path);

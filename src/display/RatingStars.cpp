@@ -2,6 +2,7 @@
 
 #include "base/FileNames.h"
 #include "base/TextRules.h"
+#include "base/VbError.h"
 #include "display/DisplayHost.h"
 #include "display/TrackValues.h"
 #include "platform/MessageBox.h"
@@ -46,6 +47,8 @@ void RatingStars::ShowRatings(TrackValues& values) {
                 rating = values.Rating();
             const bool lit = k < *rating / 20.0;
             const QString& name = lit ? Rules::Field(fields, 6) : unlit;
+            if (!FileNames::Confined(model.SkinFolder, name))
+                throw VbError::CannotLoadFile();
             const QString file = FileNames::InFolder(model.SkinFolder, name);
             auto known = pictures.constFind(file);
             if (known == pictures.constEnd())

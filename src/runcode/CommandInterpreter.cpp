@@ -1,5 +1,6 @@
 #include "runcode/CommandInterpreter.h"
 
+#include "base/FileNames.h"
 #include "base/TextRules.h"
 #include "base/VbError.h"
 #include "player/IITFileOrCDTrack.h"
@@ -213,6 +214,9 @@ void CommandInterpreter::ShowSkinCode(const QString& TheCode) {
         left = Rules::ToInt16(m_host.LeftTwips() + Rules::PixelsToTwips(dx));
         top = Rules::ToInt16(m_host.TopTwips() + Rules::PixelsToTwips(dy));
     }
+    // A skin is one folder of the skins folder; a name that reaches elsewhere names no skin.
+    if (!FileNames::IsPlainName(skinName))
+        throw VbError::FileNotFound();
     m_host.OpenSkinWindow(m_host.SkinFolder(skinName), left, top);
 }
 

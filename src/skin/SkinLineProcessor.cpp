@@ -81,6 +81,9 @@ private:
     QString LoadFile(const QString& name) {
         const QString path = FileNames::InFolder(m_curPath, name);
         f.MarkFile(path);
+        // A skin's picture comes from inside its own folder, or is missing.
+        if (!FileNames::Confined(m_curPath, name))
+            throw VbError::CannotLoadFile();
         m_host.LoadPicture(path);
         return path;
     }

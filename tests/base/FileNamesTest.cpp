@@ -65,3 +65,33 @@ TEST(FileNames, ResolveFixesTheCaseOfAWholePath) {
 TEST(FileNames, AnEmptyNameIsTheFolderItself) {
     EXPECT_EQ(FileNames::InFolder(u"/tmp/skin/"_qs, QString()), u"/tmp/skin/"_qs);
 }
+
+TEST(FileNames, ANameWithDotDotClimbsOutAndIsNotBelowItsFolder) {
+    EXPECT_FALSE(FileNames::StaysBelow(QStringLiteral("../secret.png")));
+    EXPECT_FALSE(FileNames::StaysBelow(QStringLiteral("pics/../../secret.png")));
+    EXPECT_FALSE(FileNames::StaysBelow(QStringLiteral("..\\..\\secret.png")));
+    EXPECT_TRUE(FileNames::StaysBelow(QStringLiteral("pics/back.png")));
+    EXPECT_TRUE(FileNames::StaysBelow(QStringLiteral("..png")));
+    EXPECT_TRUE(FileNames::StaysBelow(QStringLiteral("/etc/passwd"))) << "put behind the folder";
+}
+
+TEST(FileNames, ALinkOutOfTheSkinFolderIsNotConfinedAndOneInsideIs) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(QDir(dir.path()).mkpath(QStringLiteral("Skins/Hostile")));
+    const QString skin = dir.filePath(QStringLiteral("Skins/Hostile/"));
+    Touch(dir.filePath(QStringLiteral("private.png")));
+    Touch(skin + QStringLiteral("own.png"));
+    ASSERT_TRUE(
+        QFile::link(dir.filePath(QStringLiteral("private.png")), skin + QStringLiteral("out.png")));
+    ASSERT_TRUE(QFile::link(QStringLiteral("own.png"), skin + QStringLiteral("in.png")));
+    EXPECT_FALSE(FileNames::Confined(skin, QStringLiteral("out.png")));
+    EXPECT_TRUE(FileNames::Confined(skin, QStringLiteral("in.png")));
+    EXPECT_TRUE(FileNames::Confined(skin, QStringLiteral("missing.png")));
+    EXPECT_FALSE(FileNames::Confined(skin, QStringLiteral("../../private.png")));
+}
+
+TEST(FileNames, ASkinNameIsOneFolderName) {
+    EXPECT_TRUE(FileNames::IsPlainName(QStringLiteral("Blue Glass")));
+    for (const char* name : {"", ".", "..", "../Other", "a/b", "a\\b", "/etc"})
+        EXPECT_FALSE(FileNames::IsPlainName(QString::fromLatin1(name))) << name;
+}

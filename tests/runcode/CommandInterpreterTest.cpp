@@ -606,6 +606,16 @@ TEST_F(DeleteCompletelyTest, AStreamIsNoFileAndNothingIsDeleted) {
     EXPECT_TRUE(TrashedFiles().isEmpty());
 }
 
+TEST_F(RunCodeTest, ShowskinWithANameThatLeavesTheSkinsFolderOpensNothing) {
+    for (const char* code : {"showskin=../../.config", "showskin=..", "showskin=a/b"}) {
+        host.messages.clear();
+        Run(QString::fromLatin1(code));
+        EXPECT_EQ(host.messages.size(), 1) << code;
+    }
+    EXPECT_TRUE(host.CallsOf(QStringLiteral("open")).isEmpty());
+    EXPECT_TRUE(host.messages.first().text.contains(VbError::FileNotFound().description()));
+}
+
 TEST_F(RunCodeTest, AnUntrustedSkinsLibraryCommandsFailAsThemselvesAndChangeNothing) {
     host.trusted = false;
     for (const char* code : {"delete", "deletecompletely", "swapartistandalbum",

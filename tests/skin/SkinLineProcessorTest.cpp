@@ -222,6 +222,15 @@ TEST_F(SkinFile, BackgroundPictureThatIsMissingIsCannotLoadFileAndLeavesNoPictur
     EXPECT_FALSE(model.Picture.has_value());
 }
 
+TEST_F(SkinFile, APictureNameThatClimbsOutOfTheSkinIsCannotLoadFileAndIsNeverOpened) {
+    EXPECT_EQ(FailureNumber(u"backgroundpicture=../../../home/user/private.png"_qs),
+              VbError::CannotLoadFileNumber);
+    EXPECT_EQ(FailureNumber(u"image=0;0;5;5;x;..\\..\\secret.png"_qs),
+              VbError::CannotLoadFileNumber);
+    EXPECT_TRUE(host.Attempted.empty());
+    EXPECT_FALSE(model.Picture.has_value());
+}
+
 TEST_F(SkinFile, AnAbsolutePictureNameIsStillInsideTheSkinFolder) {
     ASSERT_TRUE(WritePicture(folder + u"abs.png"_qs));
     EXPECT_EQ(FailureNumber(u"backgroundpicture="_qs + folder + u"abs.png"_qs),
