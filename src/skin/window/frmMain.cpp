@@ -158,10 +158,18 @@ void frmMain::LoadSkin(const QString& skinFile, const QString& path) {
             throw VbError(VbError::FileNotFoundNumber, readError);
         if (!content.HasCR && !content.Lines.isEmpty() && !content.Lines.first().isEmpty())
             qCWarning(lcSkin).noquote() << skinFile + QLatin1String(": ") + SkinFileNoCrWarning();
+        int faults = 0;
         ProcessLines(
             m_model, content.Lines, path, *this,
-            [](const SkinLineFault& fault) { ShowLineError(fault.Error, fault.Line); },
+            [&faults](const SkinLineFault& fault) {
+                // A skin with thousands of broken lines must not bury the user in boxes.
+                if (++faults <= MaxLineErrorBoxes)
+                    ShowLineError(fault.Error, fault.Line);
+            },
             [this](qsizetype, SkinLineResult, const SkinChange& change) { ApplyChange(change); });
+        if (faults > MaxLineErrorBoxes)
+            MessageBox::Show(MoreLineErrorsText(faults - MaxLineErrorBoxes, path),
+                             SkinLineErrorTitle(), MessageBox::Icon::Critical);
 
         const QString positionFile = m_model.SkinFolder + QLatin1String("position.ini");
         if (m_model.RememberPos && QFileInfo::exists(positionFile))

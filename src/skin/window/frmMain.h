@@ -135,6 +135,15 @@ public:
     int WindowTop() const { return PlacedPosition().y(); }
     void SetWindowTopAndHeight(int top, int height);
 
+    // The most faulty-line boxes one load shows; the rest are counted in one more box.
+    static constexpr int MaxLineErrorBoxes = 10;
+    static QString MoreLineErrorsText(int more, const QString& skinFolder) {
+        return QStringLiteral("%1 more lines of this skin could not be loaded and were skipped. "
+                              "\"pelorin --check-skin %2\" lists them all.")
+            .arg(more)
+            .arg(skinFolder);
+    }
+
     // The size a window has when its skin gives none.
     static constexpr int DefaultWidth = 320;
     static constexpr int DefaultHeight = 100;

@@ -303,6 +303,20 @@ TEST_F(SkinLoading, TenBrokenLinesShowTenMessages) {
     EXPECT_NE(window->img(10), nullptr);
 }
 
+TEST_F(SkinLoading, AfterTenBrokenLinesTheRestAreCountedInOneMoreMessage) {
+    StderrCapture err;
+    QStringList lines;
+    for (int i = 0; i < 250; ++i)
+        lines.append(QStringLiteral("image=%1;0;5;5").arg(i));
+    const QString folder = WriteSkin(QStringLiteral("Many"), lines);
+    frmMain* window = Create();
+    window->LoadSkin(folder + QLatin1String("skin.ini"), folder);
+    const QStringList messages = err.Messages();
+    ASSERT_EQ(messages.size(), frmMain::MaxLineErrorBoxes + 1);
+    EXPECT_EQ(messages.last(), frmMain::MoreLineErrorsText(240, folder));
+    EXPECT_NE(window->img(250), nullptr) << "every line was still applied";
+}
+
 TEST_F(SkinLoading, OtherLineErrorsAreUnknownErrorsWithTheirDescription) {
     StderrCapture err;
     const QString folder =

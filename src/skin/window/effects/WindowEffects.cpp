@@ -5,6 +5,7 @@
 #include "InteractionFlag.h"
 
 #include <QPointer>
+#include <algorithm>
 
 namespace Pelorin {
 
@@ -31,7 +32,10 @@ EffectOutcome FadeIn(EffectWindow& window, EffectPacing& pacing) {
     StepGuard guard(window);
     window.HideWindow();
     window.ShowWithoutActivating();
-    const int transparency = window.Transparency();
+    // A skin may write any 16-bit number; an alpha goes up to 255, and so does the fade (a
+    // "transparency=30000" would otherwise fade for a minute and a half). A negative value
+    // still makes no step at all.
+    const int transparency = std::min<int>(window.Transparency(), 255);
     for (int alpha = 0; alpha <= transparency; ++alpha) {
         window.SetLayeredAlpha(alpha);
         if (!guard.LetMessagesRun(window, pacing))
@@ -52,7 +56,7 @@ EffectOutcome FadeClose(EffectWindow& window, EffectPacing& pacing) {
     StepGuard guard(window);
     if (window.Transparency() == 0)
         window.SetTransparency(255);
-    for (int alpha = window.Transparency(); alpha >= 0; --alpha) {
+    for (int alpha = std::min<int>(window.Transparency(), 255); alpha >= 0; --alpha) {
         window.SetLayeredAlpha(alpha);
         if (!guard.LetMessagesRun(window, pacing))
             return EffectOutcome::WindowGone;

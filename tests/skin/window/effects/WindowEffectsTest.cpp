@@ -102,6 +102,28 @@ TEST(FadeIn, WithTransparency200EndsAtAlpha200) {
     EXPECT_TRUE(window.visible);
 }
 
+TEST(FadeIn, ATransparencyBeyond255FadesOnlyUpTo255) {
+    RecordingWindow window;
+    window.transparency = 30000;
+    CountingPacing pacing;
+    EXPECT_EQ(FadeIn(window, pacing), EffectOutcome::Completed);
+    EXPECT_EQ(window.alphas, Range(0, 255));
+    EXPECT_EQ(pacing.pumps, 256);
+}
+
+TEST(FadeClose, ATransparencyBeyond255FadesDownFrom255AndANegativeOneMakesNoStep) {
+    RecordingWindow wide;
+    wide.transparency = 30000;
+    CountingPacing pacing;
+    EXPECT_EQ(FadeClose(wide, pacing), EffectOutcome::Completed);
+    EXPECT_EQ(wide.alphas.front(), 255);
+    EXPECT_EQ(wide.alphas.size(), 256u);
+    RecordingWindow negative;
+    negative.transparency = -40;
+    EXPECT_EQ(FadeClose(negative, pacing), EffectOutcome::Completed);
+    EXPECT_TRUE(negative.alphas.empty());
+}
+
 TEST(FadeIn, HidesThenShowsWithoutActivatingBeforeTheFirstStep) {
     RecordingWindow window;
     window.transparency = 1;
