@@ -59,6 +59,9 @@ public:
     // file (a skin could otherwise point its file at one of the user's).
     static bool WriteConfined(const QString& path, const TextFileContent& content,
                               QString* error = nullptr);
+
+    // The most of a skin.ini or personal.ini that is read.
+    static constexpr qint64 MaxSkinFileBytes = 16 * 1024 * 1024;
 };
 
 } // namespace Pelorin

@@ -90,7 +90,8 @@ int CheckSkin(const QString& folder, const std::function<void(const QString&)>& 
 
     TextFileContent content;
     QString error;
-    if (!TextFile::Read(fileName, content, &error)) {
+    if (!TextFile::ReadConfined(fileName, skinFolder, TextFile::MaxSkinFileBytes, content,
+                                &error)) {
         out << "skin.ini: cannot read " << fileName << ": " << error << '\n';
         return 1;
     }

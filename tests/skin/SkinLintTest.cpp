@@ -6,6 +6,7 @@
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using namespace Pelorin;
 using Pelorin::Testing::LoadPictureFile;
@@ -167,12 +168,12 @@ TEST_F(SkinCheck, AOneMegabyteLineIsAppliedAndShownShortened) {
     EXPECT_TRUE(output.contains(u"more characters)"_qs));
 }
 
-TEST_F(SkinCheck, AFiftyMegabyteFileIsCheckedWhole) {
+TEST_F(SkinCheck, AFifteenMegabyteFileIsCheckedWhole) {
     // Long comment lines keep the element count (and the test) small; the last line is a fault.
     const QByteArray comment = "// " + QByteArray(1021, 'c') + "\r\n";
     QByteArray bytes;
-    bytes.reserve(51 * 1024 * 1024);
-    while (bytes.size() < 50 * 1024 * 1024)
+    bytes.reserve(16 * 1024 * 1024);
+    while (bytes.size() < 15 * 1024 * 1024)
         bytes.append(comment);
     const qsizetype lines = bytes.size() / comment.size();
     bytes.append("ontop=maybe\r\n");
@@ -181,14 +182,26 @@ TEST_F(SkinCheck, AFiftyMegabyteFileIsCheckedWhole) {
     EXPECT_TRUE(output.startsWith(QStringLiteral("skin.ini:%1: ").arg(lines + 1)));
 }
 
-TEST_F(SkinCheck, AFiftyMegabyteFileWithoutCrIsOneHugeLine) {
+TEST_F(SkinCheck, AFifteenMegabyteFileWithoutCrIsOneHugeLine) {
     QByteArray bytes = "skinname=";
-    bytes.reserve(50 * 1024 * 1024 + 100);
-    while (bytes.size() < 50 * 1024 * 1024)
+    bytes.reserve(15 * 1024 * 1024 + 100);
+    while (bytes.size() < 15 * 1024 * 1024)
         bytes.append("label=1;2;3;4;x\n");
     ASSERT_TRUE(WriteSkin(bytes));
     EXPECT_EQ(Check(), 1);
     EXPECT_TRUE(output.startsWith(u"skin.ini: no CR line ends at all"_qs));
+}
+
+TEST_F(SkinCheck, ASkinFileOfMoreThanSixteenMegabytesIsNotReadAtAll) {
+    ASSERT_TRUE(WriteSkin(QByteArray(16 * 1024 * 1024 + 1, '\'')));
+    EXPECT_EQ(Check(), 1);
+    EXPECT_TRUE(output.contains(u"is larger than 16777216 bytes"_qs)) << output.toStdString();
+}
+
+TEST_F(SkinCheck, ASkinFileThatIsAFifoIsRefusedWithoutWaiting) {
+    ASSERT_EQ(mkfifo(QFile::encodeName(folder + u"skin.ini"_qs).constData(), 0600), 0);
+    EXPECT_EQ(Check(), 1);
+    EXPECT_TRUE(output.contains(u"is not a regular file"_qs)) << output.toStdString();
 }
 
 // The loop that loads a whole skin.

@@ -154,7 +154,8 @@ void frmMain::LoadSkin(const QString& skinFile, const QString& path) {
         QString readError;
         if (!QFileInfo(skinFile).isFile())
             throw VbError::FileNotFound();
-        if (!TextFile::Read(skinFile, content, &readError))
+        if (!TextFile::ReadConfined(skinFile, path, TextFile::MaxSkinFileBytes, content,
+                                    &readError))
             throw VbError(VbError::FileNotFoundNumber, readError);
         if (!content.HasCR && !content.Lines.isEmpty() && !content.Lines.first().isEmpty())
             qCWarning(lcSkin).noquote() << skinFile + QLatin1String(": ") + SkinFileNoCrWarning();
