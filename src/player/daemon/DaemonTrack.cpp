@@ -265,9 +265,17 @@ template <typename Base> void DaemonTrackT<Base>::AddArtworkFromFile(const QStri
     if (!picture.open(QIODevice::ReadOnly)) {
         throw VbError::Player(QStringLiteral("Cannot read the picture %1").arg(filePath));
     }
-    const QByteArray bytes = picture.readAll();
+    if (picture.size() > TagFile::MaxPictureBytes) {
+        throw VbError::Player(QStringLiteral("The picture %1 is larger than %2 bytes")
+                                  .arg(filePath)
+                                  .arg(TagFile::MaxPictureBytes));
+    }
+    const QByteArray bytes = picture.read(TagFile::MaxPictureBytes);
     if (bytes.isEmpty()) {
         throw VbError::Player(QStringLiteral("The picture %1 is empty").arg(filePath));
+    }
+    if (!TagFile::IsPngOrJpeg(bytes)) {
+        throw VbError::Player(QStringLiteral("The picture %1 is not a PNG or JPEG").arg(filePath));
     }
     TagFile::EmbedFrontCover(path, bytes);
     session->UpdateUri(m_song.uri);

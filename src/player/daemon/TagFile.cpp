@@ -5,6 +5,9 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
+#include <QTemporaryFile>
+#include <sys/stat.h>
 #include <taglib/attachedpictureframe.h>
 #include <taglib/fileref.h>
 #include <taglib/flacfile.h>
@@ -17,6 +20,7 @@
 #include <taglib/tpropertymap.h>
 #include <taglib/vorbisfile.h>
 #include <taglib/xiphcomment.h>
+#include <unistd.h>
 
 namespace Pelorin::TagFile {
 
@@ -81,23 +85,83 @@ void Save(TagLib::FileRef& file, const QString& path) {
     }
 }
 
-// Opens the file, lets `edit` change it, saves and closes it, then makes sure the file's time
-// moved on: the daemon rescans a file only when its modification time (in whole seconds)
-// differs from the one it saw last, so a second edit within the same second would go unseen.
-// The time is set only after the file is closed, because closing flushes the last bytes.
+// The user's music is never edited in place: a crash or a full disk in the middle of a save
+// would leave a damaged file. A copy beside it (same folder, so the same file system) is edited,
+// flushed to the disk, given the original's mode and owner, and renamed over the original in one
+// step; when anything fails the copy goes and the original is as it was.
+class EditCopy {
+public:
+    explicit EditCopy(const QString& path) : m_target(QFileInfo(path).canonicalFilePath()) {
+        if (m_target.isEmpty())
+            throw VbError::Player(QStringLiteral("The track's file %1 does not exist").arg(path));
+        const QFileInfo target(m_target);
+        // The copy needs room for a whole second file, and the edit a little more.
+        const QStorageInfo storage(target.absolutePath());
+        if (storage.isValid() && storage.bytesAvailable() < target.size() + 1024 * 1024) {
+            throw VbError::Player(
+                QStringLiteral("Not enough free space to change the tags of %1").arg(path));
+        }
+        // The same extension: TagLib tells the format by it.
+        m_copy.setFileTemplate(target.absolutePath() + QStringLiteral("/.") +
+                               target.completeBaseName() + QStringLiteral(".pelorin-XXXXXX.") +
+                               target.suffix());
+        QFile original(m_target);
+        if (!m_copy.open() || !original.open(QIODevice::ReadOnly))
+            throw VbError::Player(QStringLiteral("Cannot write the tags of %1").arg(path));
+        while (!original.atEnd()) {
+            const QByteArray chunk = original.read(1024 * 1024);
+            if (chunk.isEmpty() || m_copy.write(chunk) != chunk.size())
+                throw VbError::Player(QStringLiteral("Cannot write the tags of %1").arg(path));
+        }
+        struct stat status {};
+        if (::fstat(original.handle(), &status) == 0) {
+            ::fchmod(m_copy.handle(), status.st_mode & 07777);
+            // Only possible for the owner's own files or as root; otherwise the user owns it.
+            [[maybe_unused]] const int owned =
+                ::fchown(m_copy.handle(), status.st_uid, status.st_gid);
+        }
+        m_copy.close();
+    }
+
+    QString CopyPath() const { return m_copy.fileName(); }
+
+    // Puts the edited copy in the original's place; throws when it cannot.
+    void Commit(const QDateTime& notBefore) {
+        {
+            QFile written(CopyPath());
+            if (!written.open(QIODevice::ReadWrite) || ::fsync(written.handle()) != 0)
+                throw VbError::Player(QStringLiteral("Cannot write the tags of %1").arg(m_target));
+            // The daemon rescans a file only when its modification time (whole seconds) moved.
+            if (QFileInfo(CopyPath()).lastModified().toSecsSinceEpoch() <=
+                notBefore.toSecsSinceEpoch())
+                written.setFileTime(notBefore.addSecs(1), QFileDevice::FileModificationTime);
+        }
+        if (::rename(QFile::encodeName(CopyPath()).constData(),
+                     QFile::encodeName(m_target).constData()) != 0)
+            throw VbError::Player(QStringLiteral("Cannot write the tags of %1").arg(m_target));
+        m_copy.setAutoRemove(false);
+    }
+
+private:
+    QString m_target;
+    QTemporaryFile m_copy;
+};
+
+// Copies the file, lets `edit` change the copy, saves and closes it, then puts it in place of the
+// original (see EditCopy).
 template <typename Edit> void EditFile(const QString& path, Edit edit) {
+    if (path.isEmpty())
+        throw VbError::Player(QStringLiteral("The track is not a file on this computer"));
+    if (!QFileInfo::exists(path))
+        throw VbError::Player(QStringLiteral("The track's file %1 does not exist").arg(path));
     const QDateTime before = QFileInfo(path).lastModified();
+    EditCopy copy(path);
     {
-        TagLib::FileRef file = Open(path);
+        TagLib::FileRef file = Open(copy.CopyPath());
         edit(file);
         Save(file, path);
     }
-    if (QFileInfo(path).lastModified().toSecsSinceEpoch() <= before.toSecsSinceEpoch()) {
-        QFile written(path);
-        if (written.open(QIODevice::ReadWrite)) {
-            written.setFileTime(before.addSecs(1), QFileDevice::FileModificationTime);
-        }
-    }
+    copy.Commit(before);
 }
 
 std::unique_ptr<TagLib::FLAC::Picture> FlacPicture(const QByteArray& picture) {
@@ -192,6 +256,10 @@ QString PropertyKey(TrackProperty property) {
 }
 
 void WriteProperty(const QString& path, TrackProperty property, const QString& value) {
+    if (value.size() > MaxTagValue) {
+        throw VbError::Player(
+            QStringLiteral("A tag value may be at most %1 characters").arg(MaxTagValue));
+    }
     const QString key = PropertyKey(property);
     if (key.isEmpty()) {
         throw VbError::Player(
@@ -269,6 +337,10 @@ QList<QByteArray> Pictures(const QString& path) {
         return pictures;
     }
     return {};
+}
+
+bool IsPngOrJpeg(const QByteArray& picture) {
+    return picture.startsWith("\x89PNG\r\n\x1a\n") || picture.startsWith("\xff\xd8\xff");
 }
 
 void EmbedFrontCover(const QString& path, const QByteArray& picture) {

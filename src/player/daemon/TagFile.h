@@ -22,6 +22,14 @@ struct Facts {
 };
 Facts ReadFacts(const QString& path);
 
+// Tags and pictures a skin or a drop puts into the user's files: a value of at most this many
+// characters, a picture of at most this many bytes that is a PNG or a JPEG.
+inline constexpr qsizetype MaxTagValue = 1024;
+inline constexpr qint64 MaxPictureBytes = 16 * 1024 * 1024;
+bool IsPngOrJpeg(const QByteArray& picture);
+
+// The file is never changed in place: a copy beside it is edited and renamed over it, so a crash
+// or a full disk mid-save leaves the original as it was.
 // Writes one property (its value as text; empty removes it). Only the text and number tags
 // (Name, Artist, Album, AlbumArtist, Composer, Genre, Comment, Grouping, TrackNumber,
 // DiscNumber, Year, BPM, Compilation) live in the file.

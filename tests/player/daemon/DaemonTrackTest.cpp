@@ -4,12 +4,20 @@
 #include "player/IITFileOrCDTrack.h"
 #include "player/daemon/SongInfo.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QTemporaryDir>
+#include <sys/stat.h>
 
 namespace Pelorin {
 namespace {
+
+QByteArray ReadAll(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 class DaemonTracks : public DaemonTest {
 protected:
@@ -327,6 +335,54 @@ TEST_F(DaemonTracks, FolderCoverIsTheArtworkOfTracksWithoutPictures) {
     artwork->Item(1)->SaveArtworkToFile(folder.filePath(QStringLiteral("cover.jpg")));
     EXPECT_FALSE(QImage(folder.filePath(QStringLiteral("cover.jpg"))).isNull());
     EXPECT_EQ(Playing(static_cast<int>(catalog.tracks.size()) - 1)->Artwork()->Count(), 0);
+}
+
+TEST_F(DaemonTracks, AnEditReplacesTheFileWholeKeepingItsModeAndLeavesNoCopyBehind) {
+    const QString uri = catalog.tracks[2].uri;
+    const QString path = daemon.MusicDirectory() + u'/' + uri;
+    ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), 0640), 0);
+    struct stat before {};
+    ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &before), 0);
+    const std::shared_ptr<IITTrack> track = Playing(2);
+    track->SetComment(QStringLiteral("Copied, edited, renamed"));
+    EXPECT_TRUE(
+        TagBecomes(uri, QStringLiteral("%comment%"), QStringLiteral("Copied, edited, renamed")));
+    struct stat after {};
+    ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &after), 0);
+    EXPECT_NE(after.st_ino, before.st_ino) << "a new file took the old one's place";
+    EXPECT_EQ(after.st_mode & 07777, 0640u);
+    const QStringList left = QFileInfo(path).dir().entryList({QStringLiteral("*.pelorin-*")},
+                                                             QDir::Files | QDir::Hidden);
+    EXPECT_TRUE(left.isEmpty()) << left.join(u' ').toStdString();
+}
+
+TEST_F(DaemonTracks, ATagValueOfMoreThan1024CharactersIsRefusedAndTheFileIsUntouched) {
+    const QString path = daemon.MusicDirectory() + u'/' + catalog.tracks[3].uri;
+    const QByteArray before = ReadAll(path);
+    const std::shared_ptr<IITTrack> track = Playing(3);
+    EXPECT_THROW(track->SetComment(QString(1025, u'x')), VbError);
+    EXPECT_EQ(ReadAll(path), before);
+    track->SetComment(QString(1024, u'x'));
+    EXPECT_NE(ReadAll(path), before);
+}
+
+TEST_F(DaemonTracks, ADroppedFileThatIsNotAPngOrJpegIsRefusedAndTheTrackIsUntouched) {
+    const QString path = daemon.MusicDirectory() + u'/' + catalog.tracks[0].uri;
+    QTemporaryDir folder;
+    const QString fake = folder.filePath(QStringLiteral("cover.png"));
+    QFile file(fake);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("<svg onload=alert(1)/>");
+    file.close();
+    const QByteArray before = ReadAll(path);
+    const std::shared_ptr<IITTrack> track = Playing(0);
+    try {
+        track->AddArtworkFromFile(fake);
+        ADD_FAILURE() << "a picture that is neither PNG nor JPEG was embedded";
+    } catch (const VbError& error) {
+        EXPECT_TRUE(error.description().contains(QStringLiteral("not a PNG or JPEG")));
+    }
+    EXPECT_EQ(ReadAll(path), before);
 }
 
 TEST_F(DaemonTracks, AddArtworkFromFileEmbedsAFrontCover) {
