@@ -10,8 +10,14 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <QTemporaryFile>
 #include <QThread>
+#include <cerrno>
 #include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Pelorin {
 
@@ -77,10 +83,11 @@ QString EmbeddedPlayer::DefaultMusicDirectory() const {
     return QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
 }
 
-QString EmbeddedPlayer::ConfiguredValue(const QString& name) const {
+QStringList EmbeddedPlayer::ConfiguredValues(const QString& name) const {
     QFile file(ConfigPath());
+    QStringList values;
     if (!file.open(QIODevice::ReadOnly)) {
-        return QString();
+        return values;
     }
     static const QRegularExpression setting(
         QStringLiteral("^\\s*([A-Za-z_]+)\\s+\"((?:[^\"\\\\]|\\\\.)*)\""));
@@ -94,10 +101,34 @@ QString EmbeddedPlayer::ConfiguredValue(const QString& name) const {
         if (depth == 0) {
             const QRegularExpressionMatch match = setting.match(line);
             if (match.hasMatch() && match.captured(1) == name) {
-                return ExpandHome(Unquoted(match.captured(2)));
+                values.append(ExpandHome(Unquoted(match.captured(2))));
             }
         }
         depth += static_cast<int>(trimmed.count(u'{')) - static_cast<int>(trimmed.count(u'}'));
+    }
+    return values;
+}
+
+QString EmbeddedPlayer::ConfiguredValue(const QString& name) const {
+    const QStringList values = ConfiguredValues(name);
+    return values.isEmpty() ? QString() : values.first();
+}
+
+QString EmbeddedPlayer::NetworkExposure() const {
+    const QStringList binds = ConfiguredValues(QStringLiteral("bind_to_address"));
+    if (binds.isEmpty()) {
+        return QStringLiteral("%1 names no bind_to_address, so the player would listen on every "
+                              "network interface without a password. Set bind_to_address to a "
+                              "socket path, or set MPD_HOST to a player of your own.")
+            .arg(ConfigPath());
+    }
+    for (const QString& bind : binds) {
+        if (!QDir::isAbsolutePath(bind)) {
+            return QStringLiteral("%1 lets the player listen on the network (bind_to_address "
+                                  "\"%2\"). Pelorin starts its private player only on a socket "
+                                  "path; for a player on the network, set MPD_HOST to it.")
+                .arg(ConfigPath(), bind);
+        }
     }
     return QString();
 }
@@ -146,6 +177,7 @@ QString EmbeddedPlayer::ConfigText() const {
     text += QStringLiteral("metadata_to_use \"+comment\"\n");
     text += QStringLiteral("auto_update \"yes\"\n");
     text += QStringLiteral("restore_paused \"yes\"\n");
+    text += QStringLiteral("zeroconf_enabled \"no\"\n");
     text +=
         QStringLiteral("\n# No audio_output: the player picks the system's sound output itself.\n");
     if (!m_options.extraConfig.isEmpty()) {
@@ -170,18 +202,28 @@ QString EmbeddedPlayer::EnsureConfig() const {
     if (!QDir().mkpath(QFileInfo(path).absolutePath())) {
         return QStringLiteral("Cannot create the folder %1").arg(QFileInfo(path).absolutePath());
     }
-    // NewOnly: should another process write it at the same moment, theirs stays.
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-        return QFileInfo::exists(path)
-                   ? QString()
-                   : QStringLiteral("Cannot write %1: %2").arg(path, file.errorString());
+    // Written whole to a temporary file, flushed to the disk, then linked into place: a crash
+    // leaves either no file or the whole file, and should another process write it at the same
+    // moment, theirs stays.
+    const QString folder = QFileInfo(path).absolutePath();
+    QTemporaryFile file(folder + QStringLiteral("/.mpd.conf.XXXXXX"));
+    if (!file.open()) {
+        return QStringLiteral("Cannot write %1: %2").arg(path, file.errorString());
     }
     const QByteArray bytes = ConfigText().toUtf8();
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
-        const QString error = QStringLiteral("Cannot write %1: %2").arg(path, file.errorString());
-        file.remove();
-        return error;
+    if (file.write(bytes) != bytes.size() || !file.flush() || ::fsync(file.handle()) != 0) {
+        return QStringLiteral("Cannot write %1: %2").arg(path, file.errorString());
+    }
+    if (::link(QFile::encodeName(file.fileName()).constData(),
+               QFile::encodeName(path).constData()) != 0) {
+        return errno == EEXIST ? QString()
+                               : QStringLiteral("Cannot write %1: %2")
+                                     .arg(path, QString::fromLocal8Bit(std::strerror(errno)));
+    }
+    const int dir = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_CLOEXEC);
+    if (dir >= 0) {
+        ::fsync(dir);
+        ::close(dir);
     }
     return QString();
 }
@@ -219,6 +261,8 @@ QString EmbeddedPlayer::Start() const {
         return QString();
     }
     QString error = EnsureConfig();
+    if (error.isEmpty())
+        error = NetworkExposure();
     if (!error.isEmpty()) {
         return QStringLiteral("The player could not be started: %1").arg(error);
     }
@@ -239,6 +283,8 @@ QString EmbeddedPlayer::Start() const {
                 .arg(folder);
         }
     }
+    // The database, the playlists and the log are nobody else's business.
+    ::chmod(QFile::encodeName(StateDirectory()).constData(), 0700);
     const qint64 logOffset = QFileInfo(LogFilePath()).size();
 
     // Without --no-daemon the player forks into the background, where it outlives Pelorin. The

@@ -34,8 +34,14 @@ public:
     // The music folder a new configuration gets.
     QString DefaultMusicDirectory() const;
 
-    // Writes the configuration unless a file is already there. Empty on success, else why not.
+    // Writes the configuration unless a file is already there, durably (flushed to the disk and
+    // linked into place whole, so a crash never leaves an empty or cut file). Empty on success,
+    // else why not.
     QString EnsureConfig() const;
+    // Empty when the configuration lets the daemon listen only on local sockets (every
+    // bind_to_address an absolute path); else why Pelorin will not start it. An empty or cut
+    // file binds to every network interface on port 6600 with no password.
+    QString NetworkExposure() const;
     // The pid file names a live daemon, or the socket accepts a connection.
     bool IsRunning() const;
     // The live daemon named by the pid file; 0 when there is none.
@@ -50,6 +56,8 @@ public:
 private:
     // A top-level `name "value"` setting of the configuration file; empty when absent.
     QString ConfiguredValue(const QString& name) const;
+    // Every top-level value of `name`, in the file's order.
+    QStringList ConfiguredValues(const QString& name) const;
     QString ConfigText() const;
     QString StartFailure(const QString& reason, qint64 logOffset) const;
 

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -166,6 +167,44 @@ TEST_F(EmbeddedPlayerTest, EditedConfigIsNeverOverwritten) {
     EXPECT_EQ(ReadText(player.ConfigPath()), edited);
 }
 
+TEST_F(EmbeddedPlayerTest, TheNewConfigIsLinkedIntoPlaceWholeAndTurnsZeroconfOff) {
+    const EmbeddedPlayer player(TestOptions());
+    ASSERT_EQ(player.EnsureConfig(), QString());
+    const QString config = ReadText(player.ConfigPath());
+    EXPECT_TRUE(config.contains(QStringLiteral("zeroconf_enabled \"no\"")));
+    EXPECT_TRUE(config.endsWith(u'\n'));
+    const QStringList left =
+        QFileInfo(player.ConfigPath())
+            .dir()
+            .entryList({QStringLiteral(".mpd.conf.*")}, QDir::Files | QDir::Hidden);
+    EXPECT_TRUE(left.isEmpty()) << left.join(u' ').toStdString();
+    EXPECT_EQ(player.NetworkExposure(), QString());
+}
+
+TEST_F(EmbeddedPlayerTest, AConfigThatListensOnTheNetworkIsNotStarted) {
+    const EmbeddedPlayer player(TestOptions());
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(player.ConfigPath()).absolutePath()));
+    QFile file(player.ConfigPath());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("music_directory \"" + QFile::encodeName(Music()) + "\"\nbind_to_address \"any\"\n");
+    file.write(kNullOutput.toUtf8());
+    file.close();
+    const QString error = player.Start();
+    EXPECT_TRUE(error.contains(QStringLiteral("listen on the network"))) << error.toStdString();
+    EXPECT_FALSE(player.IsRunning());
+}
+
+TEST_F(EmbeddedPlayerTest, AnEmptyConfigIsNotStartedForItWouldListenEverywhere) {
+    const EmbeddedPlayer player(TestOptions());
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(player.ConfigPath()).absolutePath()));
+    QFile file(player.ConfigPath());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    const QString error = player.Start();
+    EXPECT_TRUE(error.contains(QStringLiteral("names no bind_to_address"))) << error.toStdString();
+    EXPECT_FALSE(player.IsRunning());
+}
+
 TEST_F(EmbeddedPlayerTest, PathsFollowAnEditedConfig) {
     const EmbeddedPlayer player(TestOptions());
     QDir().mkpath(QFileInfo(player.ConfigPath()).absolutePath());
@@ -193,6 +232,10 @@ TEST_F(EmbeddedPlayerTest, StartRunsADaemonThatAnswersAndStopEndsIt) {
     QString listed;
     EXPECT_EQ(RunMpc(player.SocketPath(), {QStringLiteral("listall")}, &listed), 0);
     EXPECT_EQ(listed.split(u'\n').size(), 2) << listed.toStdString();
+
+    struct stat state {};
+    ASSERT_EQ(::stat(QFile::encodeName(player.StateDirectory()).constData(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777, 0700u) << "the player's state is the user's alone";
 
     EXPECT_EQ(player.Stop(), QString());
     EXPECT_FALSE(player.IsRunning());
