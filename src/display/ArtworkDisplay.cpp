@@ -57,7 +57,7 @@ void ArtworkDisplay::ShowArtworkIn(int index, TrackValues* values) {
         m_host.SetImageArtwork(index, QImage());
         return;
     }
-    m_host.SetImageArtwork(index, LoadPicture(ArtworkFile()));
+    m_host.SetImageArtwork(index, LoadPicture(ArtworkFile(), PictureUse::Artwork));
 }
 
 void ArtworkDisplay::Forget() {

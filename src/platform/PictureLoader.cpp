@@ -18,6 +18,12 @@ bool IsBuiltInFormat(const QByteArray& suffix) {
     return formats.contains(suffix);
 }
 
+bool Allowed(const QByteArray& format, PictureUse use) {
+    static const QByteArrayList artwork{"png", "jpeg", "jpg", "gif", "bmp", "webp"};
+    static const QByteArrayList skin{"png", "jpeg", "jpg", "gif", "bmp", "svg", "svgz", "webp"};
+    return (use == PictureUse::Artwork ? artwork : skin).contains(format);
+}
+
 void SetUp(QImageReader& reader) {
     // Decoders that do not report a size up front are held to the same limit while decoding.
     reader.setAllocationLimit(static_cast<int>(MaxPicturePixels * 4 / (1024 * 1024)));
@@ -45,20 +51,22 @@ QImage Read(QImageReader& reader, const QString& fullFileName) {
 
 } // namespace
 
-QImage LoadPicture(const QString& fullFileName) {
+QImage LoadPicture(const QString& fullFileName, PictureUse use) {
     QImage image;
     const QByteArray suffix = QFileInfo(fullFileName).suffix().toLower().toLatin1();
-    if (IsBuiltInFormat(suffix)) {
+    if (IsBuiltInFormat(suffix) && Allowed(suffix, use)) {
         QImageReader named(fullFileName, suffix);
         named.setAutoDetectImageFormat(false);
         SetUp(named);
         image = Read(named, fullFileName);
     }
     if (image.isNull()) {
-        // Any other format, or a file whose name does not tell what it holds.
+        // Any other format, or a file whose name does not tell what it holds: the content decides,
+        // and only an allowed format is decoded.
         QImageReader reader(fullFileName);
         SetUp(reader);
-        image = Read(reader, fullFileName);
+        if (Allowed(reader.format().toLower(), use))
+            image = Read(reader, fullFileName);
     }
     if (image.isNull())
         throw VbError::CannotLoadFile();

@@ -9,11 +9,18 @@ namespace Pelorin {
 // small pictures; a larger one is almost certainly a broken or hostile file.
 inline constexpr qint64 MaxPicturePixels = 64LL * 1024 * 1024;
 
-// Reads any format Qt's image plugins know (PNG, JPEG, GIF, BMP, ICO, SVG, and WebP, TIFF and
-// the like when qt6-image-formats-plugins is installed). Transparency is kept: the result is
-// premultiplied ARGB when the picture has an alpha channel, so transparent pixels are black with
-// alpha 0. A missing, unreadable or corrupt file, or a picture above MaxPicturePixels, throws
-// VbError::CannotLoadFile (the reason for a refused size also goes to stderr).
-QImage LoadPicture(const QString& fullFileName);
+// What a picture is for, which decides the formats read: skins come from strangers, and every
+// decoder is code that a crafted file can reach, so only the common formats are decoded.
+enum class PictureUse {
+    Skin,    // PNG, JPEG, GIF, BMP, SVG and WebP
+    Artwork, // the same but SVG: covers embedded in music files are pictures, never drawings
+};
+
+// Reads a picture of the formats `use` allows, whatever its name says. Transparency is kept: the
+// result is premultiplied ARGB when the picture has an alpha channel, so transparent pixels are
+// black with alpha 0. A missing, unreadable or corrupt file, a format `use` does not allow, or a
+// picture above MaxPicturePixels, throws VbError::CannotLoadFile (the reason for a refused size
+// also goes to stderr).
+QImage LoadPicture(const QString& fullFileName, PictureUse use = PictureUse::Skin);
 
 } // namespace Pelorin

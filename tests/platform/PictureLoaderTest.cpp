@@ -146,9 +146,9 @@ TEST_F(PictureLoading, GifAndBmpLoad) {
     }
 }
 
-TEST_F(PictureLoading, ExtraFormatsOfTheImagePluginsLoad) {
+TEST_F(PictureLoading, WebPOfTheImagePluginsLoads) {
     const QList<QByteArray> formats = QImageReader::supportedImageFormats();
-    for (const char* format : {"webp", "tiff"}) {
+    for (const char* format : {"webp"}) {
         if (!formats.contains(format))
             continue;
         const QString path = Path("half.") + QString::fromLatin1(format);
@@ -156,6 +156,34 @@ TEST_F(PictureLoading, ExtraFormatsOfTheImagePluginsLoad) {
         const QImage image = LoadPicture(path);
         EXPECT_EQ(image.size(), QSize(20, 10)) << format;
         EXPECT_EQ(qAlpha(image.pixel(15, 5)), 0) << format;
+    }
+}
+
+TEST_F(PictureLoading, FormatsBeyondTheCommonOnesAreNotDecodedWhateverTheName) {
+    const QList<QByteArray> formats = QImageReader::supportedImageFormats();
+    for (const char* format : {"tiff", "ico", "ppm", "xpm"}) {
+        if (!formats.contains(format))
+            continue;
+        const QString path = Path("half.") + QString::fromLatin1(format);
+        ASSERT_TRUE(HalfTransparent().save(path, format)) << format;
+        ExpectCannotLoadFile(path);
+        // Named as a PNG, the content still decides.
+        const QString disguised =
+            Path("disguised-") + QString::fromLatin1(format) + QStringLiteral(".png");
+        ASSERT_TRUE(QFile::copy(path, disguised));
+        ExpectCannotLoadFile(disguised);
+    }
+}
+
+TEST_F(PictureLoading, ACoverMayNotBeADrawing) {
+    WriteBytes(Path("cover.svg"),
+               "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"4\" height=\"4\"/>");
+    EXPECT_NO_THROW(LoadPicture(Path("cover.svg"), Pelorin::PictureUse::Skin));
+    try {
+        LoadPicture(Path("cover.svg"), Pelorin::PictureUse::Artwork);
+        ADD_FAILURE() << "a drawing was read as a cover";
+    } catch (const VbError& error) {
+        EXPECT_EQ(error.number(), VbError::CannotLoadFileNumber);
     }
 }
 

@@ -297,7 +297,7 @@ void frmMain::ApplyImage(int index) {
     PictureBox* image = m_img[index];
     image->setGeometry(ToRect(item.Geometry));
     SetControlTag(image, item.Tag);
-    image->SetPicture(item.Picture ? m_pictures.value(*item.Picture) : QImage());
+    image->SetPicture(item.Picture ? SkinPicture(*item.Picture) : QImage());
     image->setAcceptDrops(item.AcceptsDrops);
     image->setVisible(item.Visible);
 }
@@ -328,7 +328,7 @@ void frmMain::ApplyProgress() {
                                std::max(0, item.Height));
     SetControlTag(m_imgProgress, item.Tag);
     m_imgProgress->SetStretchWidth(Rules::ToInt32(Rules::LeadingNumber(item.Tag)));
-    m_imgProgress->SetPicture(item.Picture ? m_pictures.value(*item.Picture) : QImage());
+    m_imgProgress->SetPicture(item.Picture ? SkinPicture(*item.Picture) : QImage());
     m_imgProgress->setVisible(item.Visible);
 }
 
@@ -359,9 +359,28 @@ void frmMain::ApplyLyrics() {
 }
 
 void frmMain::LoadPicture(const QString& fullPath) {
-    if (m_pictures.contains(fullPath))
+    if (m_pictureKeys.contains(fullPath))
         return;
-    m_pictures.insert(fullPath, Pelorin::LoadPicture(fullPath));
+    // One file under many names ("big.png", "./big.png", "././big.png") is decoded once.
+    const QString canonical = QFileInfo(fullPath).canonicalFilePath();
+    const QString key = canonical.isEmpty() ? fullPath : canonical;
+    if (!m_pictures.contains(key)) {
+        const QImage picture = Pelorin::LoadPicture(fullPath);
+        if (m_pictureBytes + picture.sizeInBytes() > m_links.pictureBudgetBytes) {
+            qCWarning(lcPicture).noquote()
+                << QStringLiteral("Pelorin: %1: the skin's pictures would take more than %2 bytes")
+                       .arg(fullPath)
+                       .arg(m_links.pictureBudgetBytes);
+            throw VbError::CannotLoadFile();
+        }
+        m_pictureBytes += picture.sizeInBytes();
+        m_pictures.insert(key, picture);
+    }
+    m_pictureKeys.insert(fullPath, key);
+}
+
+QImage frmMain::SkinPicture(const QString& fullPath) const {
+    return m_pictures.value(m_pictureKeys.value(fullPath));
 }
 
 void frmMain::NewEvent(const QString& text) {

@@ -48,6 +48,9 @@ public:
         // How effects pause between steps; null: the event loop and real sleeps.
         EffectPacing* pacing = nullptr;
         WindowMover::Method moveMethod = WindowMover::Method::SystemFirst;
+        // The most the skin's decoded pictures may take together; a picture beyond it is
+        // refused as if it could not be loaded.
+        qint64 pictureBudgetBytes = 512LL * 1024 * 1024;
     };
 
     explicit frmMain(Links links);
@@ -126,7 +129,7 @@ public:
     // The hotkey controls; VBHotkey(0) is the first binding. The hotkey code fills it.
     QList<QObject*>& VBHotkey() { return m_vbHotkey; }
     // A picture the skin loaded, by its full path; null when it did not load.
-    QImage SkinPicture(const QString& fullPath) const { return m_pictures.value(fullPath); }
+    QImage SkinPicture(const QString& fullPath) const;
 
     // Shows the window without taking the focus from the window that has it.
     void ShowWithoutActivating();
@@ -230,7 +233,10 @@ private:
     std::unique_ptr<EffectPacing> m_ownPacing;
     std::unique_ptr<SkinWindowEffects> m_effects;
     SkinModel m_model;
+    // Decoded pictures by the canonical path of their file, and the names skin lines gave them.
     QHash<QString, QImage> m_pictures;
+    QHash<QString, QString> m_pictureKeys;
+    qint64 m_pictureBytes = 0;
     InteractionFlag m_interaction;
     WindowMover* m_mover = nullptr;
     DesktopPlacement m_lastPlacement;

@@ -358,7 +358,7 @@ void frmMain::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(),
                      m_model.BackColor ? ToQColor(*m_model.BackColor) : palette().window().color());
     if (m_model.Picture)
-        painter.drawImage(QPoint(0, 0), m_pictures.value(*m_model.Picture));
+        painter.drawImage(QPoint(0, 0), SkinPicture(*m_model.Picture));
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
