@@ -11,10 +11,16 @@ namespace Pelorin {
 // does not block a start.
 class InstanceLock {
 public:
-    explicit InstanceLock(const QString& lockFilePath);
+    // `unavailable`: why there is no lock file path (no private runtime folder), when there is
+    // none.
+    explicit InstanceLock(const QString& lockFilePath, const QString& unavailable = QString());
 
-    // Takes the lock if it is free (or stale). False when a live process holds it.
+    // Takes the lock if it is free (or stale). False when a live process holds it, or when the
+    // lock cannot be taken at all (then Problem() says why).
     bool TryAcquire();
+    // Why the last TryAcquire could not take the lock for a reason other than another Pelorin
+    // holding it; empty when another instance holds it (or nothing went wrong).
+    QString Problem() const { return m_problem; }
     bool IsHeld() const { return m_held; }
     QString Path() const { return m_path; }
 
@@ -22,6 +28,8 @@ private:
     QString m_path;
     std::unique_ptr<QLockFile> m_lock;
     bool m_held = false;
+    QString m_unavailable;
+    QString m_problem;
 };
 
 } // namespace Pelorin

@@ -37,8 +37,14 @@ void Shell::Main(const QString& commandLine) {
         return;
     }
 
-    if (!m_services.instanceLock.TryAcquire())
+    if (!m_services.instanceLock.TryAcquire()) {
+        // Another Pelorin runs: this start ends quietly. Anything else is said.
+        const QString problem = m_services.instanceLock.Problem();
+        if (!problem.isEmpty())
+            MessageBox::Show(QStringLiteral("Pelorin cannot start: ") + problem,
+                             QStringLiteral("Pelorin"), MessageBox::Icon::Critical);
         return;
+    }
 
     LoadMenus();
     CountRun(m_services.settings);

@@ -148,7 +148,9 @@ int RunPelorin(int argc, char** argv) {
         qCWarning(lcApp).noquote() << QStringLiteral("Pelorin: ") + pathError;
 
     FormsRegistry forms;
-    InstanceLock lock(ProgramPaths::InstanceLockFile());
+    QString lockFolderError;
+    const QString lockFile = ProgramPaths::InstanceLockFile(&lockFolderError);
+    InstanceLock lock(lockFile, lockFolderError);
     SkinWindows skinWindows(forms);
     PlayerLauncher launcher;
     StartupPlayer player(launcher);

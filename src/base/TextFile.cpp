@@ -243,7 +243,7 @@ bool TextFile::ReadConfined(const QString& path, const QString& folder, qint64 m
     }
     if (status.st_size > maxBytes) {
         ::close(fd);
-        return fail(QStringLiteral("%1 is larger than %2 bytes").arg(path).arg(maxBytes));
+        return fail(path + QStringLiteral(" is larger than %1 bytes").arg(maxBytes));
     }
     if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
         ::close(fd);
@@ -254,7 +254,7 @@ bool TextFile::ReadConfined(const QString& path, const QString& folder, qint64 m
     if (file.error() != QFileDevice::NoError)
         return fail(file.errorString());
     if (bytes.size() > maxBytes)
-        return fail(QStringLiteral("%1 is larger than %2 bytes").arg(path).arg(maxBytes));
+        return fail(path + QStringLiteral(" is larger than %1 bytes").arg(maxBytes));
     content = FromBytes(bytes);
     return true;
 }

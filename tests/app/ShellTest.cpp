@@ -406,3 +406,37 @@ TEST_F(ShellTest, AWindowAskedForWhileASkinLoadsOpensOnceThatLoadHasEnded) {
     EXPECT_EQ(SkinWindows().last()->Tag(), QStringLiteral("Other"));
     EXPECT_EQ(askerWidthWhenOtherWasMade, QList<int>{123}) << "the whole skin file was read first";
 }
+
+TEST(ShellWithoutALock, AStartThatCannotTakeItsLockSaysWhyInsteadOfEndingSilently) {
+    QTemporaryDir dir;
+    Settings settings(dir.path() + QLatin1String("/Pelorin.conf"));
+    ProgramPaths paths(dir.path() + QLatin1String("/program/"));
+    InstanceLock lock(QString(), QStringLiteral("the runtime folder /run/user/0 is refused"));
+    FormsRegistry forms;
+    RecordingPlayer player;
+    struct NoWindows final : SkinWindowFactory {
+        SkinWindow* CreateSkinWindow() override {
+            ++made;
+            return nullptr;
+        }
+        int made = 0;
+    } factory;
+    Shell shell(Shell::Services{
+        .settings = settings,
+        .forms = forms,
+        .instanceLock = lock,
+        .skinWindows = factory,
+        .player = player,
+        .paths = paths,
+        .loadMenus = []() -> Form* { return nullptr; },
+        .processEvents = [] {},
+        .endProgram = [] {},
+        .openExternal = [](const QString&, const QString&) { return false; },
+    });
+    Testing::StderrCapture errors;
+    shell.Main(QString());
+    EXPECT_EQ(errors.Messages(QStringLiteral("Pelorin")),
+              QStringList{QStringLiteral(
+                  "Pelorin cannot start: the runtime folder /run/user/0 is refused")});
+    EXPECT_EQ(factory.made, 0);
+}

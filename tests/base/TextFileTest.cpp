@@ -203,3 +203,19 @@ TEST(TextFile, AWriteIntoAMissingFolderFailsWithAReason) {
     EXPECT_FALSE(error.isEmpty());
     EXPECT_FALSE(QFile::exists(dir.filePath(u"gone/personal.ini"_qs)));
 }
+
+TEST(TextFile, ARefusalNamesAFileWithPercentSignsAsItIs) {
+    QTemporaryDir dir;
+    const QString folder = dir.filePath(QStringLiteral("50%1 off %2/"));
+    ASSERT_TRUE(QDir().mkpath(folder));
+    QFile file(folder + QStringLiteral("skin.ini"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(100, 'x'));
+    file.close();
+    TextFileContent content;
+    QString error;
+    EXPECT_FALSE(
+        TextFile::ReadConfined(folder + QStringLiteral("skin.ini"), folder, 10, content, &error));
+    EXPECT_TRUE(error.startsWith(folder + QStringLiteral("skin.ini is larger than 10 bytes")))
+        << error.toStdString();
+}

@@ -266,9 +266,9 @@ template <typename Base> void DaemonTrackT<Base>::AddArtworkFromFile(const QStri
         throw VbError::Player(QStringLiteral("Cannot read the picture %1").arg(filePath));
     }
     if (picture.size() > TagFile::MaxPictureBytes) {
-        throw VbError::Player(QStringLiteral("The picture %1 is larger than %2 bytes")
-                                  .arg(filePath)
-                                  .arg(TagFile::MaxPictureBytes));
+        throw VbError::Player(
+            QStringLiteral("The picture ") + filePath +
+            QStringLiteral(" is larger than %1 bytes").arg(TagFile::MaxPictureBytes));
     }
     const QByteArray bytes = picture.read(TagFile::MaxPictureBytes);
     if (bytes.isEmpty()) {

@@ -368,9 +368,9 @@ void frmMain::LoadPicture(const QString& fullPath) {
         const QImage picture = Pelorin::LoadPicture(fullPath);
         if (m_pictureBytes + picture.sizeInBytes() > m_links.pictureBudgetBytes) {
             qCWarning(lcPicture).noquote()
-                << QStringLiteral("Pelorin: %1: the skin's pictures would take more than %2 bytes")
-                       .arg(fullPath)
-                       .arg(m_links.pictureBudgetBytes);
+                << QStringLiteral("Pelorin: ") + fullPath +
+                       QStringLiteral(": the skin's pictures would take more than %1 bytes")
+                           .arg(m_links.pictureBudgetBytes);
             throw VbError::CannotLoadFile();
         }
         m_pictureBytes += picture.sizeInBytes();
