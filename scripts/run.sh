@@ -6,7 +6,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 cmake --preset default >/dev/null
-cmake --build --preset default
+# Only what this command runs: the program, its skins and documents, and the demo library's
+# generator (the test programs are for scripts/test.sh).
+cmake --build --preset default --target pelorin pelorin_data make-demo-library
 if [ -z "${MPD_HOST:-}" ]; then
     demo=$(scripts/demo.sh build)
     echo "$demo" | grep -v '^MPD_HOST=' || true
