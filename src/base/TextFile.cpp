@@ -161,7 +161,20 @@ TextFileContent TextFile::FromBytes(QByteArrayView bytes) {
     TextFileContent content;
     content.HasCR = bytes.contains('\r');
     const QString text = Decode(bytes, &content.Encoding, &content.HadBom);
-    content.Lines = SplitLines(text);
+    if (content.HasCR) {
+        content.Lines = SplitLines(text);
+        for (qsizetype i = bytes.indexOf('\n'); i >= 0; i = bytes.indexOf('\n', i + 1)) {
+            if (i == 0 || bytes[i - 1] != '\r') {
+                content.MixesLineEnds = true;
+                break;
+            }
+        }
+    } else {
+        // Skins written in a Linux editor: without a single CR, LF ends the lines.
+        content.Lines = text.split(u'\n');
+        if (!content.Lines.isEmpty() && content.Lines.last().isEmpty())
+            content.Lines.removeLast();
+    }
     return content;
 }
 

@@ -16,9 +16,12 @@ struct TextFileContent {
     TextEncoding Encoding = TextEncoding::Utf8;
     // A UTF-8 byte order mark was stripped on reading and is written back.
     bool HadBom = false;
-    // False when the bytes held no CR at all: a file saved with Unix line ends, which reads as a
-    // single line because a lone LF does not end a line.
+    // False when the bytes held no CR at all: a file saved by a Linux editor, whose lines LF
+    // ends. A file with any CR keeps the CR rule, in which a lone LF stays inside its line.
     bool HasCR = false;
+    // A file with CR line ends that also holds a lone LF (not after a CR): its two kinds of line
+    // end disagree, and the lone LFs end no line.
+    bool MixesLineEnds = false;
 };
 
 // Bytes to text and back. Files made on Windows are Windows-1252 more often than not, so any
@@ -39,6 +42,7 @@ public:
     // ends the last line, so "a\r\n" is one line and "a\r\n\r\n" two, the second empty.
     static QStringList SplitLines(QStringView text);
 
+    // Lines by SplitLines, or, for bytes without any CR, ended by LF (same end-of-text rule).
     static TextFileContent FromBytes(QByteArrayView bytes);
     // Every line followed by CR LF, so reading the bytes back gives the same lines.
     static QByteArray ToBytes(const TextFileContent& content);

@@ -76,9 +76,10 @@ QString Reason(const SkinLineFault& fault) {
 
 } // namespace
 
-QString SkinFileNoCrWarning() {
-    return QStringLiteral("no CR line ends at all; a lone LF does not end a skin line, so the "
-                          "whole file reads as one line (save it with CR LF line ends)");
+QString SkinFileMixedLineEndsWarning() {
+    return QStringLiteral("mixes CR LF and lone LF line ends; in a file with CR line ends a lone "
+                          "LF ends no line, so those lines run together (save it with one kind "
+                          "of line end)");
 }
 
 int CheckSkin(const QString& folder, const std::function<void(const QString&)>& loadPicture,
@@ -100,8 +101,8 @@ int CheckSkin(const QString& folder, const std::function<void(const QString&)>& 
     if (content.Lines.isEmpty()) {
         out << "skin.ini: the file is empty\n";
         ++faults;
-    } else if (!content.HasCR) {
-        out << "skin.ini: " << SkinFileNoCrWarning() << '\n';
+    } else if (content.MixesLineEnds) {
+        out << "skin.ini: " << SkinFileMixedLineEndsWarning() << '\n';
         ++faults;
     }
 

@@ -108,9 +108,17 @@ TEST_F(PositionIni, LastLineNeedsNoLineEnd) {
     EXPECT_EQ(top, 450);
 }
 
-TEST_F(PositionIni, LoneLineFeedDoesNotEndALine) {
-    // A file saved with Unix line ends is one line: its Left is read, the Top is missing.
+TEST_F(PositionIni, AFileWithLinuxLineEndsReadsBothValues) {
+    // Without a single CR, LF ends the lines.
     Write(" 300\n 450\n");
+    Read();
+    EXPECT_EQ(left, 300);
+    EXPECT_EQ(top, 450);
+}
+
+TEST_F(PositionIni, InAFileWithCrALoneLineFeedDoesNotEndALine) {
+    // One line with CR LF, and inside it a lone LF: the Top is missing.
+    Write(" 300\n 450\r\n");
     EXPECT_THROW(Read(), VbError);
     EXPECT_EQ(left, 300);
     EXPECT_FALSE(top.has_value());

@@ -47,6 +47,22 @@ TEST(TextFile, TheEndOfTheTextEndsTheLastLineWithoutAnExtraEmptyLine) {
     EXPECT_EQ(TextFile::SplitLines(u"\r"), QStringList{QString()});
 }
 
+TEST(TextFile, AFileWithoutAnyCrHasItsLinesEndedByLf) {
+    const TextFileContent content = TextFile::FromBytes("skinname=Unix\nwidth=200\n\nheight=60\n");
+    EXPECT_EQ(content.Lines,
+              (QStringList{u"skinname=Unix"_qs, u"width=200"_qs, QString(), u"height=60"_qs}));
+    EXPECT_FALSE(content.MixesLineEnds);
+    EXPECT_EQ(TextFile::FromBytes("a").Lines, QStringList{u"a"_qs});
+    EXPECT_TRUE(TextFile::FromBytes("").Lines.isEmpty());
+}
+
+TEST(TextFile, AFileWithACrKeepsTheCrRuleAndSaysItMixesLineEnds) {
+    const TextFileContent content = TextFile::FromBytes("a=1\r\nb=2\nc=3\r\n");
+    EXPECT_EQ(content.Lines, (QStringList{u"a=1"_qs, u"b=2\nc=3"_qs}));
+    EXPECT_TRUE(content.MixesLineEnds);
+    EXPECT_FALSE(TextFile::FromBytes("a=1\r\nb=2\r\n").MixesLineEnds);
+}
+
 TEST(TextFile, ValidUtf8IsDecodedAsUtf8) {
     TextEncoding used = TextEncoding::Windows1252;
     EXPECT_EQ(TextFile::Decode("Caf\xC3\xA9 \xE2\x82\xAC", &used), u"Café €"_qs);

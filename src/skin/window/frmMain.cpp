@@ -157,8 +157,9 @@ void frmMain::LoadSkin(const QString& skinFile, const QString& path) {
         if (!TextFile::ReadConfined(skinFile, path, TextFile::MaxSkinFileBytes, content,
                                     &readError))
             throw VbError(VbError::FileNotFoundNumber, readError);
-        if (!content.HasCR && !content.Lines.isEmpty() && !content.Lines.first().isEmpty())
-            qCWarning(lcSkin).noquote() << skinFile + QLatin1String(": ") + SkinFileNoCrWarning();
+        if (content.MixesLineEnds)
+            qCWarning(lcSkin).noquote()
+                << skinFile + QLatin1String(": ") + SkinFileMixedLineEndsWarning();
         int faults = 0;
         ProcessLines(
             m_model, content.Lines, path, *this,
