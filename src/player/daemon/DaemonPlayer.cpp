@@ -205,6 +205,8 @@ template <typename Work> void DaemonPlayer::Command(Work&& work) {
 }
 
 void DaemonPlayer::PlayPause() {
+    // With nothing queued, play means the library, as a player does when nothing is selected.
+    DaemonQueries::QueueLibraryWhenEmpty(*m_session);
     const DaemonStatus status = m_session->ReadStatus();
     Command([&status](mpd_connection* connection) {
         switch (status.state) {
@@ -219,6 +221,7 @@ void DaemonPlayer::PlayPause() {
 }
 
 void DaemonPlayer::Play() {
+    DaemonQueries::QueueLibraryWhenEmpty(*m_session);
     Command([](mpd_connection* connection) { return mpd_run_play(connection); });
 }
 

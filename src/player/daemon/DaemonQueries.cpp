@@ -5,6 +5,7 @@
 #include "player/daemon/DaemonSession.h"
 
 #include <QSet>
+#include <algorithm>
 #include <mpd/client.h>
 
 namespace Pelorin::DaemonQueries {
@@ -88,6 +89,48 @@ QList<SongInfo> Library(DaemonSession& session) {
         mpd_response_finish(connection);
         return songs;
     });
+}
+
+bool QueueLibraryWhenEmpty(DaemonSession& session) {
+    if (session.ReadStatus().queueLength > 0)
+        return false;
+    QList<SongInfo> songs = Library(session);
+    if (songs.isEmpty())
+        return false;
+    const auto number = [](const SongInfo& song, mpd_tag_type tag) {
+        const double value = Rules::LeadingNumber(song.Tag(tag));
+        return value > 0 && value < 1e9 ? static_cast<int>(value) : 0;
+    };
+    const auto albumArtist = [](const SongInfo& song) {
+        const QString artist = song.Tag(MPD_TAG_ALBUM_ARTIST);
+        return artist.isEmpty() ? song.Tag(MPD_TAG_ARTIST) : artist;
+    };
+    std::stable_sort(songs.begin(), songs.end(), [&](const SongInfo& a, const SongInfo& b) {
+        const int byArtist = QString::compare(albumArtist(a), albumArtist(b), Qt::CaseInsensitive);
+        if (byArtist != 0)
+            return byArtist < 0;
+        const int byAlbum =
+            QString::compare(a.Tag(MPD_TAG_ALBUM), b.Tag(MPD_TAG_ALBUM), Qt::CaseInsensitive);
+        if (byAlbum != 0)
+            return byAlbum < 0;
+        if (number(a, MPD_TAG_DISC) != number(b, MPD_TAG_DISC))
+            return number(a, MPD_TAG_DISC) < number(b, MPD_TAG_DISC);
+        if (number(a, MPD_TAG_TRACK) != number(b, MPD_TAG_TRACK))
+            return number(a, MPD_TAG_TRACK) < number(b, MPD_TAG_TRACK);
+        return a.uri < b.uri;
+    });
+    QList<QByteArray> uris;
+    uris.reserve(songs.size());
+    for (const SongInfo& song : songs)
+        uris.append(song.uri.toUtf8());
+    session.Run([&uris](mpd_connection* connection) {
+        bool sent = mpd_command_list_begin(connection, false);
+        for (const QByteArray& uri : uris)
+            sent = sent && mpd_send_add(connection, uri.constData());
+        sent = sent && mpd_command_list_end(connection);
+        return sent && mpd_response_finish(connection);
+    });
+    return true;
 }
 
 QStringList StoredPlaylistNames(DaemonSession& session) {

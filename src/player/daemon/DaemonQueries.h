@@ -16,6 +16,9 @@ namespace DaemonQueries {
 
 QList<SongInfo> Queue(DaemonSession& session);
 QList<SongInfo> Library(DaemonSession& session);
+// With nothing queued, queues the whole library ordered by album artist (or artist), album, disc
+// and track number, then file name; true when it queued anything.
+bool QueueLibraryWhenEmpty(DaemonSession& session);
 QStringList StoredPlaylistNames(DaemonSession& session);
 QList<SongInfo> StoredPlaylist(DaemonSession& session, const QString& name);
 

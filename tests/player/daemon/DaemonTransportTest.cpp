@@ -133,6 +133,42 @@ TEST_F(DaemonTransport, PlayerPositionFollowsTheClockWithoutAskingAndSeeks) {
     EXPECT_EQ(status.trimmed(), QStringLiteral("0:04"));
 }
 
+TEST_F(DaemonTransport, PlayWithNothingQueuedQueuesTheLibraryInAlbumOrderAndPlaysIt) {
+    Mpc({QStringLiteral("clear")});
+    player->Play();
+    ASSERT_TRUE(WaitUntil([&] { return StateNow() == QStringLiteral("playing"); }));
+    const QStringList library = Mpc({QStringLiteral("listall")}).split(u'\n', Qt::SkipEmptyParts);
+    const QStringList queue =
+        Mpc({QStringLiteral("-f"), QStringLiteral("[%albumartist%|%artist%]\t%album%\t%track%"),
+             QStringLiteral("playlist")})
+            .split(u'\n', Qt::SkipEmptyParts);
+    EXPECT_EQ(queue.size(), library.size());
+    // Album artist, then album, then track: never backwards.
+    for (qsizetype i = 1; i < queue.size(); ++i) {
+        const QStringList a = queue[i - 1].split(u'\t');
+        const QStringList b = queue[i].split(u'\t');
+        const int byArtist = QString::compare(a.value(0), b.value(0), Qt::CaseInsensitive);
+        const int byAlbum = QString::compare(a.value(1), b.value(1), Qt::CaseInsensitive);
+        EXPECT_TRUE(byArtist < 0 || (byArtist == 0 && byAlbum <= 0))
+            << queue[i - 1].toStdString() << " before " << queue[i].toStdString();
+    }
+    EXPECT_EQ(Mpc({QStringLiteral("-f"), QStringLiteral("%file%"), QStringLiteral("current")}),
+              Mpc({QStringLiteral("-f"), QStringLiteral("%file%"), QStringLiteral("playlist")})
+                  .split(u'\n')
+                  .first())
+        << "the first of the queued library plays";
+}
+
+TEST_F(DaemonTransport, PlayPauseWithNothingQueuedPlaysTooAndAFilledQueueIsLeftAsItIs) {
+    Mpc({QStringLiteral("clear")});
+    player->PlayPause();
+    ASSERT_TRUE(WaitUntil([&] { return StateNow() == QStringLiteral("playing"); }));
+    Mpc({QStringLiteral("stop")});
+    const QString queued = Mpc({QStringLiteral("playlist")});
+    player->Play();
+    EXPECT_EQ(Mpc({QStringLiteral("playlist")}), queued);
+}
+
 TEST_F(DaemonTransport, PlayerPositionStandsStillWhilePaused) {
     player->Play();
     // A busy machine may not have opened the song yet: the daemon refuses a seek until it has.
