@@ -74,18 +74,28 @@ private:
 // still opens and connects when the player appears later.
 class StartupPlayer final : public PlayerControl {
 public:
-    explicit StartupPlayer(PlayerLauncher& launcher) : m_launcher(launcher) {}
+    StartupPlayer(PlayerLauncher& launcher, Settings& settings)
+        : m_launcher(launcher), m_settings(settings) {}
     void StartPlayer() override {
         m_launcher.StartPlayer();
-        if (!m_launcher.LastError().isEmpty())
+        if (!m_launcher.LastError().isEmpty()) {
             MessageBox::Show(QStringLiteral("The player could not be started:\n") +
                                  m_launcher.LastError(),
                              QString(), MessageBox::Icon::Exclamation);
+            return;
+        }
+        // Once, on the first start: a new user's private player with nothing to play.
+        if (m_settings.GetNumber(Settings::RunCount) <= 1) {
+            const QString notice = m_launcher.MusicFolderNotice();
+            if (!notice.isEmpty())
+                MessageBox::Show(notice, QString(), MessageBox::Icon::Information);
+        }
     }
     void QuitPlayer() override { m_launcher.QuitPlayer(); }
 
 private:
     PlayerLauncher& m_launcher;
+    Settings& m_settings;
 };
 
 int CheckSkinCommand(int argc, char** argv, const QStringList& args) {
@@ -153,7 +163,7 @@ int RunPelorin(int argc, char** argv) {
     InstanceLock lock(lockFile, lockFolderError);
     SkinWindows skinWindows(forms);
     PlayerLauncher launcher;
-    StartupPlayer player(launcher);
+    StartupPlayer player(launcher, settings);
     SkinTrust trust(settings);
 
     const auto endProgram = [&settings] {

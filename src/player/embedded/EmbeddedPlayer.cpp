@@ -5,6 +5,7 @@
 #include "player/embedded/LocalProbe.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -131,6 +132,22 @@ QString EmbeddedPlayer::NetworkExposure() const {
         }
     }
     return QString();
+}
+
+QString EmbeddedPlayer::MusicDirectory() const {
+    const QString configured = ConfiguredValue(QStringLiteral("music_directory"));
+    return configured.isEmpty() ? DefaultMusicDirectory() : configured;
+}
+
+QString EmbeddedPlayer::EmptyMusicFolderNotice() const {
+    const QString folder = MusicDirectory();
+    QDirIterator files(folder, QDir::Files | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    if (files.hasNext())
+        return QString();
+    return QStringLiteral("Pelorin's player found no music in %1. Put your music there, or point "
+                          "the player at your music folder: set music_directory in %2 and "
+                          "restart Pelorin. To use a player of your own, set MPD_HOST.")
+        .arg(folder.isEmpty() ? QStringLiteral("(no music folder)") : folder, ConfigPath());
 }
 
 QString EmbeddedPlayer::SocketPath() const {

@@ -33,6 +33,11 @@ public:
     QString LogFilePath() const;
     // The music folder a new configuration gets.
     QString DefaultMusicDirectory() const;
+    // The music folder the configuration names (the default when it names none).
+    QString MusicDirectory() const;
+    // Empty when the music folder holds a file somewhere below it; else a message for the user:
+    // which folder the player reads, and how to point it at another one.
+    QString EmptyMusicFolderNotice() const;
 
     // Writes the configuration unless a file is already there, durably (flushed to the disk and
     // linked into place whole, so a crash never leaves an empty or cut file). Empty on success,

@@ -56,4 +56,8 @@ void PlayerLauncher::QuitPlayer() {
     }
 }
 
+QString PlayerLauncher::MusicFolderNotice() const {
+    return UsesEmbeddedPlayer() ? m_embedded.EmptyMusicFolderNotice() : QString();
+}
+
 } // namespace Pelorin

@@ -43,6 +43,9 @@ public:
     void QuitPlayer() override;
     // Why the last StartPlayer or QuitPlayer failed; empty after a success.
     QString LastError() const { return m_lastError; }
+    // After starting the private player: what the user should know about its music folder (it
+    // holds no music); empty otherwise, and for a player of the user's own.
+    QString MusicFolderNotice() const;
 
 private:
     Options m_options;

@@ -205,6 +205,28 @@ TEST_F(EmbeddedPlayerTest, AnEmptyConfigIsNotStartedForItWouldListenEverywhere) 
     EXPECT_FALSE(player.IsRunning());
 }
 
+TEST_F(EmbeddedPlayerTest, AnEmptyMusicFolderGetsANoticeThatSaysWhereAndHowToChangeIt) {
+    const EmbeddedPlayer player(TestOptions());
+    ASSERT_EQ(player.EnsureConfig(), QString());
+    const QString notice = player.EmptyMusicFolderNotice();
+    EXPECT_TRUE(notice.contains(Music())) << notice.toStdString();
+    EXPECT_TRUE(notice.contains(player.ConfigPath()));
+    EXPECT_TRUE(notice.contains(QStringLiteral("MPD_HOST")));
+    ASSERT_TRUE(QDir().mkpath(Music() + QStringLiteral("/Some Artist")));
+    QFile song(Music() + QStringLiteral("/Some Artist/song.ogg"));
+    ASSERT_TRUE(song.open(QIODevice::WriteOnly));
+    song.close();
+    EXPECT_EQ(player.EmptyMusicFolderNotice(), QString());
+}
+
+TEST_F(EmbeddedPlayerTest, AMissingMusicFolderGetsTheNoticeToo) {
+    EmbeddedPlayer::Options options = TestOptions();
+    options.musicDirectory = Root() + QStringLiteral("/no-such-folder");
+    const EmbeddedPlayer player(options);
+    ASSERT_EQ(player.EnsureConfig(), QString());
+    EXPECT_TRUE(player.EmptyMusicFolderNotice().contains(QStringLiteral("/no-such-folder")));
+}
+
 TEST_F(EmbeddedPlayerTest, PathsFollowAnEditedConfig) {
     const EmbeddedPlayer player(TestOptions());
     QDir().mkpath(QFileInfo(player.ConfigPath()).absolutePath());
