@@ -85,15 +85,16 @@ bool FileNames::StaysBelow(const QString& relativeName) {
     return !parts.contains(QStringLiteral(".."));
 }
 
-bool FileNames::Confined(const QString& folder, const QString& relativeName) {
+bool FileNames::ResolvesInside(const QString& folder, const QString& path) {
+    const QString inside = QFileInfo(folder).canonicalFilePath();
+    const QString target = QFileInfo(path).canonicalFilePath();
+    return !inside.isEmpty() && !target.isEmpty() && target.startsWith(inside + u'/');
+}
+
+bool FileNames::Confined(const QString& folder, const QString& relativeName, const QString& path) {
     if (!StaysBelow(relativeName))
         return false;
-    const QFileInfo file(InFolder(folder, relativeName));
-    if (!file.exists())
-        return true;
-    const QString inside = QFileInfo(folder).canonicalFilePath();
-    const QString target = file.canonicalFilePath();
-    return !inside.isEmpty() && target.startsWith(inside + u'/');
+    return !QFileInfo::exists(path) || ResolvesInside(folder, path);
 }
 
 bool FileNames::IsPlainName(const QString& name) {

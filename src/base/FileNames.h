@@ -22,9 +22,11 @@ public:
     // separator, so even a name that begins with "/" does): no ".." among its components ("\"
     // read as "/").
     static bool StaysBelow(const QString& relativeName);
-    // True when `relativeName` stays below `folder` and, where it names an existing file through
-    // a link, the link resolves inside `folder` too.
-    static bool Confined(const QString& folder, const QString& relativeName);
+    // True when `path`, followed through every link, is a file that exists inside `folder`.
+    static bool ResolvesInside(const QString& folder, const QString& path);
+    // True when `relativeName` stays below `folder` and `path`, InFolder's answer for it, is
+    // missing or resolves inside `folder` (a link out of the skin is not).
+    static bool Confined(const QString& folder, const QString& relativeName, const QString& path);
     // A skin's name as showskin and the menus take it: one folder name, no separators, not "."
     // or "..".
     static bool IsPlainName(const QString& name);

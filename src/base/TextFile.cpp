@@ -1,5 +1,7 @@
 #include "TextFile.h"
 
+#include "base/FileNames.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -236,12 +238,8 @@ bool TextFile::ReadConfined(const QString& path, const QString& folder, qint64 m
         return false;
     };
     const QFileInfo info(path);
-    if (info.isSymLink()) {
-        const QString target = info.canonicalFilePath();
-        const QString inside = QFileInfo(folder).canonicalFilePath();
-        if (target.isEmpty() || inside.isEmpty() || !target.startsWith(inside + u'/'))
-            return fail(QStringLiteral("%1 is a link that leads outside its folder").arg(path));
-    }
+    if (info.isSymLink() && !FileNames::ResolvesInside(folder, path))
+        return fail(path + QStringLiteral(" is a link that leads outside its folder"));
     // Non-blocking, so that opening a FIFO does not wait for a writer; the type is checked on
     // what was opened, not on the name.
     const int fd =

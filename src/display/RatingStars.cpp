@@ -47,12 +47,13 @@ void RatingStars::ShowRatings(TrackValues& values) {
                 rating = values.Rating();
             const bool lit = k < *rating / 20.0;
             const QString& name = lit ? Rules::Field(fields, 6) : unlit;
-            if (!FileNames::Confined(model.SkinFolder, name))
-                throw VbError::CannotLoadFile();
             const QString file = FileNames::InFolder(model.SkinFolder, name);
             auto known = pictures.constFind(file);
-            if (known == pictures.constEnd())
+            if (known == pictures.constEnd()) {
+                if (!FileNames::Confined(model.SkinFolder, name, file))
+                    throw VbError::CannotLoadFile();
                 known = pictures.insert(file, LoadPicture(file));
+            }
             picture = *known;
         }
         m_host.SetRatingStar(k, geometry, picture);

@@ -82,7 +82,7 @@ private:
         const QString path = FileNames::InFolder(m_curPath, name);
         f.MarkFile(path);
         // A skin's picture comes from inside its own folder, or is missing.
-        if (!FileNames::Confined(m_curPath, name))
+        if (!FileNames::Confined(m_curPath, name, path))
             throw VbError::CannotLoadFile();
         m_host.LoadPicture(path);
         return path;

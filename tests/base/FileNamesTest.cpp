@@ -84,10 +84,14 @@ TEST(FileNames, ALinkOutOfTheSkinFolderIsNotConfinedAndOneInsideIs) {
     ASSERT_TRUE(
         QFile::link(dir.filePath(QStringLiteral("private.png")), skin + QStringLiteral("out.png")));
     ASSERT_TRUE(QFile::link(QStringLiteral("own.png"), skin + QStringLiteral("in.png")));
-    EXPECT_FALSE(FileNames::Confined(skin, QStringLiteral("out.png")));
-    EXPECT_TRUE(FileNames::Confined(skin, QStringLiteral("in.png")));
-    EXPECT_TRUE(FileNames::Confined(skin, QStringLiteral("missing.png")));
-    EXPECT_FALSE(FileNames::Confined(skin, QStringLiteral("../../private.png")));
+    const auto Confined = [&skin](const char* name) {
+        const QString relative = QString::fromLatin1(name);
+        return FileNames::Confined(skin, relative, FileNames::InFolder(skin, relative));
+    };
+    EXPECT_FALSE(Confined("out.png"));
+    EXPECT_TRUE(Confined("in.png"));
+    EXPECT_TRUE(Confined("missing.png"));
+    EXPECT_FALSE(Confined("../../private.png"));
 }
 
 TEST(FileNames, ASkinNameIsOneFolderName) {

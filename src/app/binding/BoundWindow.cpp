@@ -225,7 +225,7 @@ QImage BoundWindow::LoadSkinPicture(const QString& name) {
     if (!m_window)
         return QImage();
     const QString path = FileNames::InFolder(m_window->SkinFolder(), name);
-    if (!FileNames::Confined(m_window->SkinFolder(), name))
+    if (!FileNames::Confined(m_window->SkinFolder(), name, path))
         throw VbError(VbError::CannotLoadFile().number(),
                       VbError::CannotLoadFile().description() + QStringLiteral(": ") + path);
     const QImage loaded = m_window->SkinPicture(path);
