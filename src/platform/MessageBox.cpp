@@ -27,6 +27,25 @@ MessageBox::Answer DefaultAnswer(MessageBox::Buttons buttons) {
     return MessageBox::Answer::Ok;
 }
 
+// The stderr copy every box leaves; true when the box is to be shown too (not unattended, and a
+// widget application to show it in).
+bool LogAndDecide(const QString& title, const QString& text) {
+    const QByteArray line = MessageBox::LogLine(title, text).toLocal8Bit();
+    std::fprintf(stderr, "%s\n", line.constData());
+    std::fflush(stderr);
+    return !MessageBox::IsUnattended() &&
+           qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr;
+}
+
+// Title and text as plain text: a skin's picture or tag named like markup
+// ("x<img src=/dev/zero>") is shown as written, never laid out as rich text that loads what it
+// names.
+void SetTitleAndText(QMessageBox& box, const QString& title, const QString& text) {
+    box.setWindowTitle(TitleOrDefault(title));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(text);
+}
+
 } // namespace
 
 bool MessageBox::IsUnattended() {
@@ -44,18 +63,11 @@ QString MessageBox::LogLine(const QString& title, const QString& text) {
 
 MessageBox::Answer MessageBox::Show(const QString& text, const QString& title, Icon icon,
                                     Buttons buttons, QWidget* parent) {
-    const QByteArray line = LogLine(title, text).toLocal8Bit();
-    std::fprintf(stderr, "%s\n", line.constData());
-    std::fflush(stderr);
-    if (IsUnattended() || qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
+    if (!LogAndDecide(title, text))
         return DefaultAnswer(buttons);
 
     QMessageBox box(parent);
-    box.setWindowTitle(TitleOrDefault(title));
-    // Plain text: a skin's picture or tag named like markup ("x<img src=/dev/zero>") is shown as
-    // written, never laid out as rich text that loads what it names.
-    box.setTextFormat(Qt::PlainText);
-    box.setText(text);
+    SetTitleAndText(box, title, text);
     switch (icon) {
     case Icon::None:
         box.setIcon(QMessageBox::NoIcon);
@@ -101,16 +113,11 @@ MessageBox::Answer MessageBox::Show(const QString& text, const QString& title, I
 
 bool MessageBox::Ask(const QString& text, const QString& title, const QString& firstButton,
                      const QString& secondButton, bool defaultIsFirst, QWidget* parent) {
-    const QByteArray line = LogLine(title, text).toLocal8Bit();
-    std::fprintf(stderr, "%s\n", line.constData());
-    std::fflush(stderr);
-    if (IsUnattended() || qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
+    if (!LogAndDecide(title, text))
         return defaultIsFirst;
 
     QMessageBox box(parent);
-    box.setWindowTitle(TitleOrDefault(title));
-    box.setTextFormat(Qt::PlainText);
-    box.setText(text);
+    SetTitleAndText(box, title, text);
     box.setIcon(QMessageBox::Question);
     QPushButton* first = box.addButton(firstButton, QMessageBox::AcceptRole);
     QPushButton* second = box.addButton(secondButton, QMessageBox::RejectRole);
