@@ -206,8 +206,8 @@ template <typename Work> void DaemonPlayer::Command(Work&& work) {
 
 void DaemonPlayer::PlayPause() {
     // With nothing queued, play means the library, as a player does when nothing is selected.
-    DaemonQueries::QueueLibraryWhenEmpty(*m_session);
     const DaemonStatus status = m_session->ReadStatus();
+    DaemonQueries::QueueLibraryWhenEmpty(*m_session, status);
     Command([&status](mpd_connection* connection) {
         switch (status.state) {
         case DaemonPlayState::Playing:
@@ -221,7 +221,7 @@ void DaemonPlayer::PlayPause() {
 }
 
 void DaemonPlayer::Play() {
-    DaemonQueries::QueueLibraryWhenEmpty(*m_session);
+    DaemonQueries::QueueLibraryWhenEmpty(*m_session, m_session->ReadStatus());
     Command([](mpd_connection* connection) { return mpd_run_play(connection); });
 }
 

@@ -91,8 +91,8 @@ QList<SongInfo> Library(DaemonSession& session) {
     });
 }
 
-bool QueueLibraryWhenEmpty(DaemonSession& session) {
-    if (session.ReadStatus().queueLength > 0)
+bool QueueLibraryWhenEmpty(DaemonSession& session, const DaemonStatus& status) {
+    if (status.queueLength > 0)
         return false;
     QList<SongInfo> songs = Library(session);
     if (songs.isEmpty())

@@ -9,6 +9,8 @@
 
 namespace Pelorin {
 
+struct DaemonStatus;
+
 class DaemonSession;
 
 // Lists and searches of the daemon's database, queue and stored playlists, and its stickers.
@@ -16,9 +18,9 @@ namespace DaemonQueries {
 
 QList<SongInfo> Queue(DaemonSession& session);
 QList<SongInfo> Library(DaemonSession& session);
-// With nothing queued, queues the whole library ordered by album artist (or artist), album, disc
-// and track number, then file name; true when it queued anything.
-bool QueueLibraryWhenEmpty(DaemonSession& session);
+// With nothing queued (by `status`, read just before), queues the whole library ordered by album
+// artist (or artist), album, disc and track number, then file name; true when it queued anything.
+bool QueueLibraryWhenEmpty(DaemonSession& session, const DaemonStatus& status);
 QStringList StoredPlaylistNames(DaemonSession& session);
 QList<SongInfo> StoredPlaylist(DaemonSession& session, const QString& name);
 

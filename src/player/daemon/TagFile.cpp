@@ -64,17 +64,12 @@ private:
     TagLib::FileRef m_file;
 };
 
-// Opens the file for reading and writing tags; throws when that is not possible.
-TagLib::FileRef Open(const QString& path) {
-    if (path.isEmpty()) {
-        throw VbError::Player(QStringLiteral("The track is not a file on this computer"));
-    }
-    if (!QFileInfo::exists(path)) {
-        throw VbError::Player(QStringLiteral("The track's file %1 does not exist").arg(path));
-    }
+// Opens the copy at `path` for reading and writing tags; throws, naming the user's file `shown`,
+// when that is not possible.
+TagLib::FileRef Open(const QString& path, const QString& shown) {
     TagLib::FileRef file(QFile::encodeName(path).constData());
     if (file.isNull() || !file.file()->isValid()) {
-        throw VbError::Player(QStringLiteral("Cannot read the tags of %1").arg(path));
+        throw VbError::Player(QStringLiteral("Cannot read the tags of ") + shown);
     }
     return file;
 }
@@ -157,7 +152,7 @@ template <typename Edit> void EditFile(const QString& path, Edit edit) {
     const QDateTime before = QFileInfo(path).lastModified();
     EditCopy copy(path);
     {
-        TagLib::FileRef file = Open(copy.CopyPath());
+        TagLib::FileRef file = Open(copy.CopyPath(), path);
         edit(file);
         Save(file, path);
     }
