@@ -30,6 +30,7 @@ void ArtworkDisplay::ShowArtworkIn(int index, TrackValues* values) {
         values != nullptr ? values->CurrentTrack()
                           : PlayerAccess::CurrentTrack(PlayerAccess::R(m_player));
     const int trackId = track->TrackDatabaseID();
+    QString file;
     // The track's pictures are read once per track (opening the music file is the slow part of
     // a refresh); the file is still loaded at every refresh.
     if (trackId == 0 || trackId != m_knownTrack) {
@@ -43,7 +44,7 @@ void ArtworkDisplay::ShowArtworkIn(int index, TrackValues* values) {
             m_host.SetImageArtwork(index, QImage());
             return;
         }
-        const QString file = ArtworkFile();
+        file = ArtworkFile();
         if (trackId != m_lastArtworkTrack) {
             const auto first = artwork->Item(1);
             if (!first)
@@ -57,7 +58,9 @@ void ArtworkDisplay::ShowArtworkIn(int index, TrackValues* values) {
         m_host.SetImageArtwork(index, QImage());
         return;
     }
-    m_host.SetImageArtwork(index, LoadPicture(ArtworkFile(), PictureUse::Artwork));
+    if (file.isEmpty())
+        file = ArtworkFile();
+    m_host.SetImageArtwork(index, LoadPicture(file, PictureUse::Artwork));
 }
 
 void ArtworkDisplay::Forget() {
