@@ -82,6 +82,19 @@ std::unique_ptr<DaemonPlayer> PlayerAt(const QString& host, bool running = true,
 }
 
 // Runs `call`, which must throw a player error with a text, within the time allowed.
+// Waits until "play" goes through again (the daemon first works through what piled up while it
+// was stopped).
+bool PlaysAgain(IiTunes& player) {
+    return WaitUntil([&] {
+        try {
+            player.Play();
+            return true;
+        } catch (const VbError&) {
+            return false;
+        }
+    });
+}
+
 template <typename Call> void ExpectPlayerError(Call call, int withinMs = 3000) {
     QElapsedTimer clock;
     clock.start();
@@ -211,14 +224,7 @@ TEST_F(DaemonFaults, StoppedDaemonTimesOutAndTheLinkRecoversAfterwards) {
     ExpectPlayerError([&] { player->Play(); }, 2000);
     daemon.Kill(SIGCONT);
     // The daemon first works through what piled up while it was stopped.
-    EXPECT_TRUE(WaitUntil([&] {
-        try {
-            player->Play();
-            return true;
-        } catch (const VbError&) {
-            return false;
-        }
-    }));
+    EXPECT_TRUE(PlaysAgain(*player));
     EXPECT_TRUE(recorder.WaitFor(QStringLiteral("play")));
     EXPECT_FALSE(recorder.events.contains(QStringLiteral("quitting")));
 }
@@ -240,14 +246,7 @@ TEST_F(DaemonFaults, AfterATimeoutCallsFailAtOnceUntilTheIdleConnectionHearsTheD
     }
     EXPECT_THROW(player->CurrentTrack(), VbError);
     daemon.Kill(SIGCONT);
-    EXPECT_TRUE(WaitUntil([&] {
-        try {
-            player->Play();
-            return true;
-        } catch (const VbError&) {
-            return false;
-        }
-    }));
+    EXPECT_TRUE(PlaysAgain(*player));
     EXPECT_TRUE(recorder.WaitFor(QStringLiteral("play")));
     EXPECT_FALSE(recorder.events.contains(QStringLiteral("quitting")));
 }
