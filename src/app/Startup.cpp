@@ -199,6 +199,7 @@ int RunPelorin(int argc, char** argv) {
                 return shell.ShellOpen(file, parameters);
             },
         .skinFolder = [&paths](const QString& name) { return paths.SkinFolder(name); },
+        .skinWindowCount = [&shell] { return shell.FrmMainCount(); },
         .programFolder = programFolder,
         .playerApp = [&settings] { return settings.GetSetting(Settings::PlayerApp); },
         .mayChangeLibrary =

@@ -3,6 +3,8 @@
 #include "app/binding/BoundWindow.h"
 #include "app/binding/SkinWindowMenu.h"
 #include "display/TrackDisplay.h"
+#include "hotkeys/KeyboardShortcuts.h"
+#include "platform/MessageBox.h"
 #include "platform/PlatformHelpers.h"
 #include "player/link/PlayerLink.h"
 #include "runcode/CommandInterpreter.h"
@@ -21,6 +23,7 @@ SkinWindowBinding::SkinWindowBinding(SkinWindowProgram program) : m_program(std:
 
 SkinWindowBinding::~SkinWindowBinding() {
     // The parts refer to each other: the users go before what they use.
+    m_shortcuts.reset();
     m_pointer.reset();
     m_interpreter.reset();
     m_display.reset();
@@ -46,6 +49,8 @@ void SkinWindowBinding::Attach(frmMain* window) {
             if (!m_boundWindow->WindowGone())
                 m_interpreter->RunCodeText(code);
         });
+    m_shortcuts = std::make_unique<KeyboardShortcuts>(
+        *window, [this](int index) { Run([this, index] { RunShortcut(index); }); });
     m_boundWindow->SetDisplay(m_display.get());
     m_boundWindow->SetShowMenu([this] { ShowMenu(); });
     Connect(window);
@@ -83,10 +88,33 @@ SkinWindowServices SkinWindowBinding::MakeServices() {
     s.RunCode = [this](frmMain&, QString& code) { Run([&] { m_interpreter->RunCode(code); }); };
     s.NewEvent = [this](frmMain&, const QString& line) { m_events.NewEvent(line); };
     s.LoadSong = [this](frmMain&) { Run([this] { m_display->LoadSong(); }); };
-    // Not built yet: the personal file and keyboard shortcuts, hotkeys and the lyrics control.
-    // CheckStartPersonal, ProcessKeyShortcuts and CloseAllHotkeys stay empty, and nothing
-    // listens to the first activation.
+    s.CheckStartPersonal = [this](frmMain& window) {
+        const int count = m_program.skinWindowCount ? m_program.skinWindowCount() : 1;
+        CheckStartPersonal(
+            count, m_program.programFolder,
+            [&window](const QString& line) { window.ProcessLine(line, window.SkinFolder()); },
+            [](const QString& message) {
+                MessageBox::Show(message, QString(), MessageBox::Icon::Exclamation);
+            });
+    };
+    s.ProcessKeyShortcuts = [this](frmMain& window) {
+        Run([&] { m_shortcuts->ProcessKeyShortcuts(window.Model().KeyShortcuts); });
+    };
+    s.CloseAllHotkeys = [this](frmMain&) {
+        Run([this] { m_shortcuts->CloseAllHotkeys([this] { return !m_windowDestroyed; }); });
+    };
+    // Not built yet: the lyrics control; nothing listens to the first activation.
     return s;
+}
+
+void SkinWindowBinding::RunShortcut(int index) {
+    if (!WindowAlive() || m_window->IsUnloaded())
+        return;
+    QList<KeyShortcut>& shortcuts = m_window->Model().KeyShortcuts;
+    if (index < 0 || index >= shortcuts.size())
+        return;
+    // The binding's own code is the interpreter's variable, as every stored code is.
+    m_window->RunCodeInPlace(shortcuts[index].Code);
 }
 
 void SkinWindowBinding::Connect(frmMain* window) {

@@ -13,6 +13,7 @@ namespace Pelorin {
 
 class BoundWindow;
 class CommandInterpreter;
+class KeyboardShortcuts;
 class PlayerLink;
 class PointerInteraction;
 class TrackDisplay;
@@ -43,6 +44,7 @@ public:
     CommandInterpreter& Interpreter() { return *m_interpreter; }
     SkinEvents& Events() { return m_events; }
     PointerInteraction& Pointer() { return *m_pointer; }
+    KeyboardShortcuts& Shortcuts() { return *m_shortcuts; }
 
     // PlayerLinkClient
     void CheckEvent(const QString& eventName) override;
@@ -63,6 +65,7 @@ private:
     // the calls that are running when its window goes.
     template <typename Work> void Run(Work&& work);
     void WindowDestroyed();
+    void RunShortcut(int index);
 
     SkinWindowProgram m_program;
     QPointer<frmMain> m_window;
@@ -75,6 +78,7 @@ private:
     std::unique_ptr<TrackDisplay> m_display;
     std::unique_ptr<CommandInterpreter> m_interpreter;
     std::unique_ptr<PointerInteraction> m_pointer;
+    std::unique_ptr<KeyboardShortcuts> m_shortcuts;
 };
 
 } // namespace Pelorin

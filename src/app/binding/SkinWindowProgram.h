@@ -24,6 +24,8 @@ struct SkinWindowProgram {
     std::function<bool(const QString& file, const QString& parameters)> shellOpen;
     // "<program folder>/Skins/<name>/".
     std::function<QString(const QString& skinName)> skinFolder;
+    // How many skin windows are open (the one being loaded included).
+    std::function<int()> skinWindowCount;
     // The program folder, without a trailing "/".
     QString programFolder;
     // The setting "PlayerApp".

@@ -126,8 +126,6 @@ public:
     VbTimer* tmrDeskbarLetDie() const { return m_tmrDeskbarLetDie; }
     // The lyrics display that the "lyrics" line places.
     SkinLabelControl* Cantom() const { return m_cantom; }
-    // The hotkey controls; VBHotkey(0) is the first binding. The hotkey code fills it.
-    QList<QObject*>& VBHotkey() { return m_vbHotkey; }
     // A picture the skin loaded, by its full path; null when it did not load.
     QImage SkinPicture(const QString& fullPath) const;
 
@@ -262,7 +260,6 @@ private:
     VbTimer* m_tmrTrackImage = nullptr;
     VbTimer* m_tmrDeskbarLetDie = nullptr;
     SkinLabelControl* m_cantom = nullptr;
-    QList<QObject*> m_vbHotkey;
 };
 
 } // namespace Pelorin

@@ -113,6 +113,7 @@ public:
         program.skinFolder = [this](const QString& name) {
             return dir.path() + QStringLiteral("/Skins/") + name + u'/';
         };
+        program.skinWindowCount = [this] { return forms.CountNamed(QStringLiteral("frmMain")); };
         program.programFolder = dir.path();
         program.playerApp = [] { return QString(); };
         return program;

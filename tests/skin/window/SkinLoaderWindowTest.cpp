@@ -189,7 +189,6 @@ TEST_F(SkinLoading, FixedControlsExistFromTheStart) {
     EXPECT_EQ(window->tmrTrackImage()->Interval(), 50);
     EXPECT_FALSE(window->tmrDeskbarLetDie()->Enabled());
     EXPECT_TRUE(window->Cantom()->isHidden());
-    EXPECT_TRUE(window->VBHotkey().isEmpty());
     for (LineControl* line :
          {window->lnTop(), window->lnBottom(), window->lnLeft(), window->lnRight()})
         EXPECT_TRUE(line->isHidden());

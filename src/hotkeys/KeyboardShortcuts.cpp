@@ -1,0 +1,169 @@
+#include "hotkeys/KeyboardShortcuts.h"
+
+#include "base/TextFile.h"
+#include "base/TextRules.h"
+#include "base/VbError.h"
+#include "hotkeys/VBHotkey.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QWidget>
+
+namespace Pelorin {
+
+namespace {
+
+// Element 0's design-time key: the left arrow, no modifier.
+constexpr int DesignTimeVKey = 37;
+
+struct NamedKey {
+    const char* name;
+    int vKey;
+};
+constexpr NamedKey NamedKeys[] = {
+    {"LEFTARROW", 37}, {"RIGHTARROW", 39}, {"UPARROW", 38}, {"DOWNARROW", 40}, {"ENTER", 13},
+    {"BACKSPACE", 8},  {"TAB", 9},         {"PAGEUP", 33},  {"PAGEDOWN", 34},
+};
+
+} // namespace
+
+KeyboardShortcuts::KeyboardShortcuts(QWidget& form, RunBinding runBinding)
+    : m_form(form), m_runBinding(std::move(runBinding)) {
+    Load(0);
+}
+
+KeyboardShortcuts::~KeyboardShortcuts() {
+    // A window that went without closing (its program ending, say) leaves no key grabbed.
+    for (const QPointer<VBHotkey>& control : std::as_const(m_controls)) {
+        if (control)
+            control->StopHotkey();
+    }
+    for (const QPointer<VBHotkey>& control : std::as_const(m_controls))
+        delete control.data();
+}
+
+VBHotkey* KeyboardShortcuts::Load(int index) {
+    auto* control = new VBHotkey(&m_form);
+    control->SetAltKey(false);
+    control->SetShiftKey(false);
+    control->SetCtrlKey(false);
+    control->SetWinKey(false);
+    control->SetVKey(DesignTimeVKey);
+    connect(control, &VBHotkey::HotkeyPressed, this,
+            [this, index] { VBHotkey_HotkeyPressed(index); });
+    m_controls.append(control);
+    return control;
+}
+
+VBHotkey* KeyboardShortcuts::Control(int index) const {
+    if (index < 0 || index >= m_controls.size())
+        return nullptr;
+    return m_controls.at(index).data();
+}
+
+void KeyboardShortcuts::AddKey(int controlNum, const QString& keyName) {
+    VBHotkey* control = Control(controlNum);
+    if (control == nullptr)
+        throw VbError::ControlArrayElementMissing(controlNum);
+    const QString name = keyName.toUpper();
+    if (name == QLatin1String("ALT"))
+        control->SetAltKey(true);
+    if (name == QLatin1String("SHIFT"))
+        control->SetShiftKey(true);
+    if (name == QLatin1String("CONTROL"))
+        control->SetCtrlKey(true);
+    if (name == QLatin1String("WIN"))
+        control->SetWinKey(true);
+    for (const NamedKey& key : NamedKeys) {
+        if (name == QLatin1String(key.name))
+            control->SetVKey(key.vKey);
+    }
+    if (Rules::IsLeft(name, u"NUMPAD", 0))
+        control->SetVKey(Rules::ToInt32(Rules::LeadingNumber(QStringView(name).mid(6)) + 96));
+    if (Rules::IsLeft(name, u"F", 0))
+        control->SetVKey(Rules::ToInt32(Rules::LeadingNumber(QStringView(name).mid(1)) + 111));
+    if (Rules::IsWholeNumberText(name))
+        control->SetVKey(Rules::ToInt32(Rules::LeadingNumber(name) + 48));
+    if (name.size() == 1)
+        control->SetVKey(name.at(0).unicode());
+}
+
+void KeyboardShortcuts::ProcessKeyShortcuts(const QList<KeyShortcut>& shortcuts) {
+    for (int i = 0; i < shortcuts.size() - 1; ++i) {
+        if (i != 0) {
+            VBHotkey* control = Load(i);
+            control->SetAltKey(false);
+            control->SetCtrlKey(false);
+        }
+        const QStringList parts = Rules::SplitFields(shortcuts.at(i).Keys, QLatin1Char('+'));
+        for (const QString& part : parts)
+            AddKey(i, part.toUpper());
+        if (VBHotkey* control = Control(i))
+            control->InitTheThing();
+    }
+}
+
+void KeyboardShortcuts::VBHotkey_HotkeyPressed(int index) {
+    if (m_runBinding)
+        m_runBinding(index);
+}
+
+void KeyboardShortcuts::CloseAllHotkeys(const std::function<bool()>& alive) {
+    for (int i = 0; i < m_controls.size(); ++i) {
+        if (VBHotkey* control = Control(i))
+            control->StopHotkey();
+    }
+    // The restored window procedures take effect before the window goes on closing.
+    for (int pump = 0; pump < 4; ++pump) {
+        QCoreApplication::processEvents();
+        if (alive && !alive())
+            break;
+    }
+    // The controls go with the window; a press being handled may still be on the stack.
+    for (const QPointer<VBHotkey>& control : std::as_const(m_controls)) {
+        if (control) {
+            control->Terminate();
+            control->deleteLater();
+        }
+    }
+    m_controls.clear();
+}
+
+QString PersonalFileName() {
+    return QStringLiteral("personal.ini");
+}
+
+void CheckStartPersonal(int skinWindowCount, const QString& programFolder,
+                        const std::function<void(const QString& line)>& processLine,
+                        const std::function<void(const QString& message)>& report) {
+    if (skinWindowCount != 1)
+        return;
+    QString folder = programFolder;
+    if (!folder.endsWith(u'/'))
+        folder += u'/';
+    const QString path = folder + PersonalFileName();
+    const QFileInfo info(path);
+    if (!info.exists() && !info.isSymLink())
+        return; // no personal shortcuts
+    // The user's own file, so a link anywhere is fine; but only a regular file of sane size is
+    // read, so that a folder or a pipe of that name cannot stop the skin from loading.
+    TextFileContent content;
+    QString reason;
+    if (!info.isFile())
+        reason = QStringLiteral("it is not a regular file");
+    else if (info.size() > TextFile::MaxSkinFileBytes)
+        reason = QStringLiteral("it is larger than %1 MiB").arg(TextFile::MaxSkinFileBytes >> 20);
+    else if (!TextFile::Read(path, content, &reason) && reason.isEmpty())
+        reason = QStringLiteral("it cannot be read");
+    if (!reason.isEmpty()) {
+        if (report)
+            report(QStringLiteral("Pelorin cannot read your personal shortcuts in \"%1\": %2. "
+                                  "The skin loads without them.")
+                       .arg(path, reason));
+        return;
+    }
+    for (const QString& line : std::as_const(content.Lines))
+        processLine(line);
+}
+
+} // namespace Pelorin

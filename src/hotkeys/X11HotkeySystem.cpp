@@ -1,0 +1,228 @@
+#include "hotkeys/X11HotkeySystem.h"
+
+#include "base/Log.h"
+#include "hotkeys/ApiHotkey.h"
+#include "hotkeys/VirtualKeys.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <cstdlib>
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+
+namespace Pelorin {
+
+namespace {
+
+constexpr std::uint32_t XK_Num_Lock = 0xff7f;
+constexpr std::uint32_t XK_Scroll_Lock = 0xff14;
+// The modifiers a binding can hold; everything else in a key event's state is ignored.
+constexpr std::uint16_t BindingMask =
+    XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+
+std::uint16_t XModifiers(int modifiers) {
+    std::uint16_t mask = 0;
+    if ((modifiers & ApiHotkey::ModAlt) != 0)
+        mask |= XCB_MOD_MASK_1;
+    if ((modifiers & ApiHotkey::ModControl) != 0)
+        mask |= XCB_MOD_MASK_CONTROL;
+    if ((modifiers & ApiHotkey::ModShift) != 0)
+        mask |= XCB_MOD_MASK_SHIFT;
+    if ((modifiers & ApiHotkey::ModWin) != 0)
+        mask |= XCB_MOD_MASK_4;
+    return mask;
+}
+
+} // namespace
+
+std::unique_ptr<X11HotkeySystem> X11HotkeySystem::FromApplication() {
+    auto* app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    if (app == nullptr)
+        return nullptr;
+    auto* x11 = app->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr || x11->connection() == nullptr)
+        return nullptr;
+    xcb_connection_t* connection = x11->connection();
+    const xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    if (screens.rem == 0)
+        return nullptr;
+    return std::make_unique<X11HotkeySystem>(connection, screens.data->root);
+}
+
+X11HotkeySystem::X11HotkeySystem(xcb_connection_t* connection, std::uint32_t root)
+    : m_connection(connection), m_root(root), m_symbols(xcb_key_symbols_alloc(connection)) {
+    QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+X11HotkeySystem::~X11HotkeySystem() {
+    if (QCoreApplication* app = QCoreApplication::instance())
+        app->removeNativeEventFilter(this);
+    for (const Registration& registration : std::as_const(m_registrations))
+        Ungrab(registration, -1);
+    xcb_flush(m_connection);
+    if (m_symbols != nullptr)
+        xcb_key_symbols_free(m_symbols);
+}
+
+QList<std::uint8_t> X11HotkeySystem::Keycodes(int vkey) {
+    QList<std::uint8_t> keycodes;
+    const std::uint32_t keySym = VirtualKeys::KeySym(vkey);
+    if (keySym == 0 || m_symbols == nullptr)
+        return keycodes;
+    xcb_keycode_t* found = xcb_key_symbols_get_keycode(m_symbols, keySym);
+    if (found == nullptr)
+        return keycodes;
+    for (xcb_keycode_t* code = found; *code != XCB_NO_SYMBOL; ++code) {
+        if (!keycodes.contains(*code))
+            keycodes.append(*code);
+    }
+    std::free(found);
+    return keycodes;
+}
+
+std::uint16_t X11HotkeySystem::ModifierMaskOf(std::uint32_t keySym) {
+    std::uint16_t mask = 0;
+    const QList<std::uint8_t> wanted = [&] {
+        QList<std::uint8_t> codes;
+        if (m_symbols == nullptr)
+            return codes;
+        xcb_keycode_t* found = xcb_key_symbols_get_keycode(m_symbols, keySym);
+        if (found == nullptr)
+            return codes;
+        for (xcb_keycode_t* code = found; *code != XCB_NO_SYMBOL; ++code)
+            codes.append(*code);
+        std::free(found);
+        return codes;
+    }();
+    if (wanted.isEmpty())
+        return 0;
+    xcb_get_modifier_mapping_reply_t* reply = xcb_get_modifier_mapping_reply(
+        m_connection, xcb_get_modifier_mapping(m_connection), nullptr);
+    if (reply == nullptr)
+        return 0;
+    const xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(reply);
+    const int perModifier = reply->keycodes_per_modifier;
+    for (int modifier = 0; modifier < 8; ++modifier) {
+        for (int i = 0; i < perModifier; ++i) {
+            if (wanted.contains(codes[modifier * perModifier + i]))
+                mask |= static_cast<std::uint16_t>(1U << modifier);
+        }
+    }
+    std::free(reply);
+    return mask;
+}
+
+QList<std::uint16_t> X11HotkeySystem::LockVariants() {
+    const std::uint16_t locks[] = {XCB_MOD_MASK_LOCK, ModifierMaskOf(XK_Num_Lock),
+                                   ModifierMaskOf(XK_Scroll_Lock)};
+    QList<std::uint16_t> variants{0};
+    for (const std::uint16_t lock : locks) {
+        // A lock that shares a modifier with a binding's modifiers would grab too much.
+        if (lock == 0 || (lock & BindingMask) != 0)
+            continue;
+        const qsizetype count = variants.size();
+        for (qsizetype i = 0; i < count; ++i) {
+            const auto variant = static_cast<std::uint16_t>(variants.at(i) | lock);
+            if (!variants.contains(variant))
+                variants.append(variant);
+        }
+    }
+    return variants;
+}
+
+void X11HotkeySystem::Ungrab(const Registration& registration, qsizetype grabs) {
+    const QList<std::uint16_t> variants = LockVariants();
+    qsizetype done = 0;
+    for (const std::uint8_t keycode : registration.keycodes) {
+        for (const std::uint16_t variant : variants) {
+            if (grabs >= 0 && done++ >= grabs)
+                return;
+            xcb_ungrab_key(m_connection, keycode, m_root,
+                           static_cast<std::uint16_t>(registration.xModifiers | variant));
+        }
+    }
+}
+
+bool X11HotkeySystem::RegisterHotKey(WindowHandle hwnd, int id, int modifiers, int vkey) {
+    for (const Registration& held : std::as_const(m_registrations)) {
+        if ((held.modifiers == modifiers && held.vkey == vkey) ||
+            (held.hwnd == hwnd && held.id == id)) {
+            SetLastError(AlreadyRegistered);
+            return false;
+        }
+    }
+    Registration registration{hwnd, id, modifiers, vkey, XModifiers(modifiers), Keycodes(vkey)};
+    const QList<std::uint16_t> variants = LockVariants();
+    qsizetype grabs = 0;
+    for (const std::uint8_t keycode : std::as_const(registration.keycodes)) {
+        for (const std::uint16_t variant : variants) {
+            const xcb_void_cookie_t cookie =
+                xcb_grab_key_checked(m_connection, 1, m_root,
+                                     static_cast<std::uint16_t>(registration.xModifiers | variant),
+                                     keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            if (xcb_generic_error_t* error = xcb_request_check(m_connection, cookie)) {
+                std::free(error);
+                Ungrab(registration, grabs);
+                xcb_flush(m_connection);
+                qCInfo(lcHotkeys).noquote()
+                    << QStringLiteral("Another program holds the hotkey with modifiers %1 and "
+                                      "key code %2; that shortcut stays silent.")
+                           .arg(modifiers)
+                           .arg(vkey);
+                SetLastError(AlreadyRegistered);
+                return false;
+            }
+            ++grabs;
+        }
+    }
+    xcb_flush(m_connection);
+    m_registrations.append(registration);
+    SetLastError(NoError);
+    return true;
+}
+
+bool X11HotkeySystem::UnregisterHotKey(WindowHandle hwnd, int id) {
+    for (qsizetype i = 0; i < m_registrations.size(); ++i) {
+        const Registration& registration = m_registrations.at(i);
+        if (registration.hwnd == hwnd && registration.id == id) {
+            Ungrab(registration, -1);
+            xcb_flush(m_connection);
+            m_registrations.removeAt(i);
+            SetLastError(NoError);
+            return true;
+        }
+    }
+    SetLastError(NotRegistered);
+    return false;
+}
+
+bool X11HotkeySystem::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
+    if (eventType != "xcb_generic_event_t" || message == nullptr)
+        return false;
+    auto* event = static_cast<xcb_generic_event_t*>(message);
+    const std::uint8_t type = event->response_type & 0x7F;
+    if (type == XCB_MAPPING_NOTIFY) {
+        auto* mapping = reinterpret_cast<xcb_mapping_notify_event_t*>(event);
+        if (m_symbols != nullptr)
+            xcb_refresh_keyboard_mapping(m_symbols, mapping);
+        return false;
+    }
+    if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
+        return false;
+    // Press and release share their layout.
+    auto* key = reinterpret_cast<xcb_key_press_event_t*>(event);
+    if (key->event != m_root)
+        return false;
+    const auto state = static_cast<std::uint16_t>(key->state & BindingMask);
+    for (const Registration& registration : std::as_const(m_registrations)) {
+        if (registration.xModifiers == state && registration.keycodes.contains(key->detail)) {
+            if (type == XCB_KEY_PRESS)
+                Deliver(registration.hwnd, registration.id, registration.modifiers,
+                        registration.vkey);
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace Pelorin
