@@ -319,6 +319,20 @@ TEST_F(LiveSkin, ARealClickOnThePlayPauseButtonTogglesThePlayer) {
     EXPECT_TRUE(WaitFor([&] { return State() == QStringLiteral("playing"); }, 5000));
 }
 
+TEST_F(LiveSkin, TheDefaultSkinsKeyboardShortcutsPlayPauseAndSkip) {
+    Mpc({QStringLiteral("play"), QStringLiteral("1")});
+    Mpc({QStringLiteral("pause")});
+    StartPelorin();
+    ASSERT_EQ(State(), QStringLiteral("paused"));
+    ASSERT_TRUE(Xdotool({QStringLiteral("key"), QStringLiteral("ctrl+alt+p")}));
+    EXPECT_TRUE(WaitFor([&] { return State() == QStringLiteral("playing"); }, 5000));
+    ASSERT_TRUE(Xdotool({QStringLiteral("key"), QStringLiteral("ctrl+alt+p")}));
+    EXPECT_TRUE(WaitFor([&] { return State() == QStringLiteral("paused"); }, 5000));
+    ASSERT_TRUE(Xdotool({QStringLiteral("key"), QStringLiteral("ctrl+alt+Next")}));
+    EXPECT_TRUE(
+        WaitFor([&] { return Mpc({QStringLiteral("current")}).contains(second.title); }, 5000));
+}
+
 TEST_F(LiveSkin, AFileDroppedOnTheArtworkBecomesTheCurrentTracksCover) {
     Mpc({QStringLiteral("play"), QStringLiteral("1")});
     StartPelorin();
