@@ -13,9 +13,19 @@ struct Entry {
 
 struct Table {
     QHash<quint16, Entry> byAtom;
-    QHash<QString, quint16> byName; // upper-cased names
+    QHash<QString, quint16> byName; // folded names
     quint16 next = FirstAtom;
 };
+
+// Names match without regard to the case of ASCII letters only, so no two different names of
+// other scripts ever share an atom through a case mapping ("ß" and "SS").
+QString Folded(QString name) {
+    for (QChar& c : name) {
+        if (c >= u'a' && c <= u'z')
+            c = QChar(c.unicode() - 32);
+    }
+    return name;
+}
 
 Table& TheTable() {
     static Table table;
@@ -28,7 +38,7 @@ quint16 Add(const QString& name) {
     if (name.isEmpty() || name.size() > MaxNameLength)
         return 0;
     Table& t = TheTable();
-    const QString key = name.toUpper();
+    const QString key = Folded(name);
     const auto known = t.byName.constFind(key);
     if (known != t.byName.cend()) {
         ++t.byAtom[*known].references;
@@ -56,7 +66,7 @@ bool Delete(quint16 atom) {
     if (entry == t.byAtom.end())
         return false;
     if (--entry->references <= 0) {
-        t.byName.remove(entry->name.toUpper());
+        t.byName.remove(Folded(entry->name));
         t.byAtom.erase(entry);
     }
     return true;

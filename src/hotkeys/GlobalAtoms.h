@@ -3,9 +3,9 @@
 #include <QString>
 #include <QtGlobal>
 
-// The process-wide atom table that hotkey ids come from: a name added twice (in any letter case)
-// gives the same atom and counts one more reference; deleting drops one reference and the atom
-// goes with the last. Atoms are numbered from 0xC000 up; 0 means none.
+// The process-wide atom table that hotkey ids come from: a name added twice (its ASCII letters in
+// any case) gives the same atom and counts one more reference; deleting drops one reference and
+// the atom goes with the last. Atoms are numbered from 0xC000 up; 0 means none.
 namespace Pelorin::GlobalAtoms {
 
 inline constexpr quint16 FirstAtom = 0xC000;

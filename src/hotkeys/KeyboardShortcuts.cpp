@@ -3,6 +3,7 @@
 #include "base/TextFile.h"
 #include "base/TextRules.h"
 #include "base/VbError.h"
+#include "hotkeys/KeyNames.h"
 #include "hotkeys/VBHotkey.h"
 
 #include <QCoreApplication>
@@ -15,15 +16,6 @@ namespace {
 
 // Element 0's design-time key: the left arrow, no modifier.
 constexpr int DesignTimeVKey = 37;
-
-struct NamedKey {
-    const char* name;
-    int vKey;
-};
-constexpr NamedKey NamedKeys[] = {
-    {"LEFTARROW", 37}, {"RIGHTARROW", 39}, {"UPARROW", 38}, {"DOWNARROW", 40}, {"ENTER", 13},
-    {"BACKSPACE", 8},  {"TAB", 9},         {"PAGEUP", 33},  {"PAGEDOWN", 34},
-};
 
 } // namespace
 
@@ -65,27 +57,19 @@ void KeyboardShortcuts::AddKey(int controlNum, const QString& keyName) {
     VBHotkey* control = Control(controlNum);
     if (control == nullptr)
         throw VbError::ControlArrayElementMissing(controlNum);
-    const QString name = keyName.toUpper();
-    if (name == QLatin1String("ALT"))
+    KeyCombination keys{control->AltKey(), control->ShiftKey(), control->CtrlKey(),
+                        control->WinKey(), control->VKey()};
+    const int effect = ApplyKeyName(keys, keyName.toUpper());
+    if ((effect & SetsAlt) != 0)
         control->SetAltKey(true);
-    if (name == QLatin1String("SHIFT"))
+    if ((effect & SetsShift) != 0)
         control->SetShiftKey(true);
-    if (name == QLatin1String("CONTROL"))
+    if ((effect & SetsControl) != 0)
         control->SetCtrlKey(true);
-    if (name == QLatin1String("WIN"))
+    if ((effect & SetsWin) != 0)
         control->SetWinKey(true);
-    for (const NamedKey& key : NamedKeys) {
-        if (name == QLatin1String(key.name))
-            control->SetVKey(key.vKey);
-    }
-    if (Rules::IsLeft(name, u"NUMPAD", 0))
-        control->SetVKey(Rules::ToInt32(Rules::LeadingNumber(QStringView(name).mid(6)) + 96));
-    if (Rules::IsLeft(name, u"F", 0))
-        control->SetVKey(Rules::ToInt32(Rules::LeadingNumber(QStringView(name).mid(1)) + 111));
-    if (Rules::IsWholeNumberText(name))
-        control->SetVKey(Rules::ToInt32(Rules::LeadingNumber(name) + 48));
-    if (name.size() == 1)
-        control->SetVKey(name.at(0).unicode());
+    if ((effect & SetsKey) != 0)
+        control->SetVKey(keys.vKey);
 }
 
 void KeyboardShortcuts::ProcessKeyShortcuts(const QList<KeyShortcut>& shortcuts) {
