@@ -28,4 +28,12 @@ int FormsRegistry::CountNamed(const QString& name) const {
     return count;
 }
 
+OpenFormsAccess FormsRegistry::Access() {
+    return {
+        .Forms = [this] { return Forms(); },
+        .Add = [this](Form* form) { Add(form); },
+        .Remove = [this](Form* form) { Remove(form); },
+    };
+}
+
 } // namespace Pelorin

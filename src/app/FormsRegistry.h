@@ -1,6 +1,7 @@
 #pragma once
 
 #include "skin/window/Form.h"
+#include "skin/window/SkinWindowServices.h"
 
 #include <QList>
 
@@ -20,6 +21,8 @@ public:
     int Count() const { return static_cast<int>(m_forms.size()); }
     // Forms whose Name() equals the given kind (case-sensitive, as form names are).
     int CountNamed(const QString& name) const;
+    // The registry as a form that registers itself uses it.
+    OpenFormsAccess Access();
 
 private:
     QList<Form*> m_forms;

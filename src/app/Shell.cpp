@@ -134,6 +134,18 @@ void Shell::CloseAllWindows() {
     m_menus = nullptr;
 }
 
+Form* Shell::LoadedMenus() {
+    if (m_menus == nullptr || !m_services.forms.Contains(m_menus))
+        LoadMenus();
+    return m_menus;
+}
+
+SkinWindow* Shell::DefaultSkinWindow() {
+    if (m_defaultWindow == nullptr || !m_services.forms.Contains(m_defaultWindow))
+        m_defaultWindow = m_services.skinWindows.CreateSkinWindow();
+    return m_defaultWindow;
+}
+
 int Shell::FrmMainCount() const {
     return m_services.forms.CountNamed(QStringLiteral("frmMain"));
 }

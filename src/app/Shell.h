@@ -65,6 +65,13 @@ public:
     // ends the program.
     void SkinWindowUnloading(SkinWindow& window);
 
+    // frmMenus, loaded on first use (a deskband process loads it only then, without skin list
+    // and tray icon).
+    Form* LoadedMenus();
+    // The program's default skin window instance: a hidden skin window with no skin, made on
+    // first use and counted with the others. The tray menu's commands act on it.
+    SkinWindow* DefaultSkinWindow();
+
     bool DeskbandMode() const { return m_deskbandMode; }
     bool SwitchingSkin() const { return m_switchingSkin; }
     Form* Menus() const { return m_menus; }
@@ -90,6 +97,7 @@ private:
     bool m_deskbandMode = false;
     bool m_switchingSkin = false;
     Form* m_menus = nullptr;
+    SkinWindow* m_defaultWindow = nullptr;
 };
 
 } // namespace Pelorin

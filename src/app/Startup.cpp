@@ -3,13 +3,14 @@
 #include "ExternalOpener.h"
 #include "FormsRegistry.h"
 #include "InstanceLock.h"
-#include "MenusForm.h"
 #include "Shell.h"
 #include "SkinTrust.h"
 #include "app/binding/SkinWindowBinding.h"
 #include "base/Log.h"
 #include "base/ProgramPaths.h"
 #include "base/Settings.h"
+#include "dialogs/MenusForm.h"
+#include "dialogs/OptionsDialog.h"
 #include "platform/MessageBox.h"
 #include "platform/PictureLoader.h"
 #include "platform/WindowSystem.h"
@@ -19,6 +20,7 @@
 #include "skin/window/frmMain.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QTextStream>
 #include <cstdio>
 #include <cstdlib>
@@ -55,9 +57,7 @@ public:
     void SetProgram(SkinWindowProgram program) { m_program = std::move(program); }
     SkinWindow* CreateSkinWindow() override {
         frmMain::Links links;
-        links.forms.Forms = [this] { return m_forms.Forms(); };
-        links.forms.Add = [this](Form* form) { m_forms.Add(form); };
-        links.forms.Remove = [this](Form* form) { m_forms.Remove(form); };
+        links.forms = m_forms.Access();
         links.onUnloading = m_onUnloading;
         links.windowSystem = m_windowSystem.get();
         return SkinWindowBinding::Create(std::move(links), m_program)->Window();
@@ -172,6 +172,8 @@ int RunPelorin(int argc, char** argv) {
         std::fflush(nullptr);
         std::_Exit(0);
     };
+    // frmMenus needs the shell and the shell creates it: the two meet through this.
+    std::function<Form*()> loadMenus;
     Shell shell({
         .settings = settings,
         .forms = forms,
@@ -179,11 +181,45 @@ int RunPelorin(int argc, char** argv) {
         .skinWindows = skinWindows,
         .player = player,
         .paths = paths,
-        .loadMenus = [&forms]() -> Form* { return new MenusForm(forms); },
+        .loadMenus = [&loadMenus]() -> Form* { return loadMenus(); },
         .processEvents = [] { QCoreApplication::processEvents(); },
         .endProgram = endProgram,
         .openExternal = &OpenExternal,
     });
+    QPointer<OptionsDialog> options;
+    loadMenus = [&]() -> Form* {
+        return new MenusForm(
+            forms.Access(),
+            {
+                .programFolder = paths.ProgramFolder(),
+                .deskbandMode = shell.DeskbandMode(),
+                .switchSkin = [&shell](const QString& name) { shell.SwitchSkin(name); },
+                .closeAllWindows = [&shell] { shell.CloseAllWindows(); },
+                .shellOpen =
+                    [&shell](const QString& file, const QString& parameters) {
+                        return shell.ShellOpen(file, parameters);
+                    },
+                .currentSkin =
+                    [&settings] {
+                        return settings.GetSetting(Settings::CurrentSkin,
+                                                   QStringLiteral("Default"));
+                    },
+                .defaultSkinWindow =
+                    [&shell] { return dynamic_cast<frmMain*>(shell.DefaultSkinWindow()); },
+                .showOptions =
+                    [&] {
+                        // One options dialog at a time, as a form has one instance.
+                        if (options.isNull())
+                            options =
+                                new OptionsDialog(settings, paths.ProgramFolder(), forms.Access());
+                        options->show();
+                        options->raise();
+                        options->activateWindow();
+                    },
+                .manageKeyboardShortcuts = {},
+                .editSkin = {},
+            });
+    };
     skinWindows.SetUnloadingHandler([&shell](SkinWindow& w) { shell.SkinWindowUnloading(w); });
     QString programFolder = paths.ProgramFolder();
     if (programFolder.endsWith(QLatin1Char('/')))
@@ -193,6 +229,11 @@ int RunPelorin(int argc, char** argv) {
         .openSkinWindow = [&shell](const QString& folder, std::int16_t left,
                                    std::int16_t top) { shell.ShowSkinWindow(folder, left, top); },
         .closeAllWindows = [&shell] { shell.CloseAllWindows(); },
+        .showMenu =
+            [&shell](frmMain* window) {
+                if (auto* menus = dynamic_cast<MenusForm*>(shell.LoadedMenus()))
+                    menus->ShowMenu(QString(), window);
+            },
         .endProgram = endProgram,
         .shellOpen =
             [&shell](const QString& file, const QString& parameters) {

@@ -6,9 +6,9 @@
 #include "StderrCapture.h"
 #include "app/FormsRegistry.h"
 #include "app/InstanceLock.h"
-#include "app/MenusForm.h"
 #include "base/ProgramPaths.h"
 #include "base/Settings.h"
+#include "dialogs/MenusForm.h"
 #include "player/link/PlayerControl.h"
 #include "skin/window/frmMain.h"
 
@@ -60,7 +60,11 @@ protected:
             .skinWindows = factory,
             .player = player,
             .paths = *paths,
-            .loadMenus = [this]() -> Form* { return new MenusForm(forms); },
+            .loadMenus = [this]() -> Form* {
+                MenusProgram program;
+                program.programFolder = programFolder;
+                return new MenusForm(forms.Access(), program);
+            },
             .processEvents = [] { QCoreApplication::processEvents(); },
             .endProgram = [this] { ++programEnds; },
             .openExternal = [](const QString&, const QString&) { return false; },

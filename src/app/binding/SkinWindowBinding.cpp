@@ -1,7 +1,6 @@
 #include "app/binding/SkinWindowBinding.h"
 
 #include "app/binding/BoundWindow.h"
-#include "app/binding/SkinWindowMenu.h"
 #include "display/TrackDisplay.h"
 #include "hotkeys/KeyboardShortcuts.h"
 #include "platform/MessageBox.h"
@@ -179,16 +178,9 @@ void SkinWindowBinding::UnloadAllForms() {
 }
 
 void SkinWindowBinding::ShowMenu() {
-    if (!WindowAlive())
+    if (!WindowAlive() || !m_program.showMenu)
         return;
-    QPointer<frmMain> window = m_window;
-    SkinWindowMenu::Popup(m_window, CursorPosition(),
-                          {.closeSkin =
-                               [window] {
-                                   if (window)
-                                       window->Unload();
-                               },
-                           .quit = m_program.closeAllWindows});
+    m_program.showMenu(m_window);
 }
 
 } // namespace Pelorin

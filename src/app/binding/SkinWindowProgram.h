@@ -7,6 +7,7 @@
 namespace Pelorin {
 
 class PlayerApplication;
+class frmMain;
 
 // What a skin window's binding needs of the program around it: the process-wide player, the
 // shell's module operations and a few settings. Start-up fills it once for every window.
@@ -18,6 +19,8 @@ struct SkinWindowProgram {
         openSkinWindow;
     // Unloads every form, which ends the program (the player quit, "Quit" in the menu).
     std::function<void()> closeAllWindows;
+    // The pop-up menu, with `window` as the caller its commands act on.
+    std::function<void(frmMain* window)> showMenu;
     // Ends the program at once ("closeprogram").
     std::function<void()> endProgram;
     // Opens a document or starts a program; false when the desktop could not.

@@ -106,6 +106,7 @@ public:
             }
         };
         program.endProgram = [this] { ++endProgramCalls; };
+        program.showMenu = [this](frmMain* window) { menuCallers.append(window); };
         program.shellOpen = [this](const QString& file, const QString& parameters) {
             shellOpens.append(file + u'|' + parameters);
             return true;
@@ -154,6 +155,7 @@ public:
     PlayerApplication application;
     QStringList opened;
     QStringList shellOpens;
+    QList<frmMain*> menuCallers;
     int closeAllCalls = 0;
     int endProgramCalls = 0;
 };

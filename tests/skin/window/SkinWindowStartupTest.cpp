@@ -2,10 +2,10 @@
 // command line gives, the deskband host, and what closing the last window does.
 #include "SkinWindowFixture.h"
 #include "app/InstanceLock.h"
-#include "app/MenusForm.h"
 #include "app/Shell.h"
 #include "base/ProgramPaths.h"
 #include "base/Settings.h"
+#include "dialogs/MenusForm.h"
 #include "player/link/PlayerControl.h"
 
 using namespace Pelorin;
@@ -52,7 +52,11 @@ protected:
             .skinWindows = factory,
             .player = player,
             .paths = *paths,
-            .loadMenus = [this]() -> Form* { return new MenusForm(forms); },
+            .loadMenus = [this]() -> Form* {
+                MenusProgram program;
+                program.programFolder = programFolder;
+                return new MenusForm(forms.Access(), program);
+            },
             .processEvents = [] { QCoreApplication::processEvents(); },
             .endProgram = [this] { ++programEnds; },
             .openExternal = [](const QString&, const QString&) { return false; },
