@@ -12,7 +12,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     # run and test
     mpd mpc sox libsox-fmt-all
-    xvfb xauth xdotool x11-utils x11-xserver-utils imagemagick openbox
+    xvfb xauth xdotool x11-utils x11-xserver-utils imagemagick openbox trayer
     fonts-dejavu-core dbus dbus-x11 locales
 )
 

@@ -155,7 +155,7 @@ protected:
     }
 
     void TearDown() override {
-        for (QProcess* process : {pelorin.get(), dragSource.get()}) {
+        for (QProcess* process : {pelorin.get(), dragSource.get(), trayer.get()}) {
             if (process != nullptr && process->state() != QProcess::NotRunning) {
                 process->terminate();
                 if (!process->waitForFinished(5000)) {
@@ -255,6 +255,7 @@ protected:
     QProcessEnvironment env;
     std::unique_ptr<QProcess> pelorin;
     std::unique_ptr<QProcess> dragSource;
+    std::unique_ptr<QProcess> trayer;
     QString windowId;
 };
 
@@ -331,6 +332,90 @@ TEST_F(LiveSkin, TheDefaultSkinsKeyboardShortcutsPlayPauseAndSkip) {
     ASSERT_TRUE(Xdotool({QStringLiteral("key"), QStringLiteral("ctrl+alt+Next")}));
     EXPECT_TRUE(
         WaitFor([&] { return Mpc({QStringLiteral("current")}).contains(second.title); }, 5000));
+}
+
+// The visible windows named exactly `name`.
+QStringList VisibleWindows(const QString& name) {
+    return RunProgram(QStringLiteral("xdotool"),
+                      {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                       QStringLiteral("--name"), u'^' + name + u'$'})
+        .split(u'\n', Qt::SkipEmptyParts);
+}
+
+// The middle of Pelorin's icon in the tray, on the screen; null when there is none. The icon is
+// a small window of Pelorin's inside the tray's own (xdotool does not find such windows by
+// name, so the window tree is read).
+QPoint TrayIconCentre() {
+    const QString tree =
+        RunProgram(QStringLiteral("xwininfo"), {QStringLiteral("-root"), QStringLiteral("-tree")});
+    const QRegularExpression re(QStringLiteral(
+        "\"Pelorin\": \\(\"pelorin\" "
+        "\"Pelorin\"\\)\\s+(\\d+)x(\\d+)\\+-?\\d+\\+-?\\d+\\s+\\+(-?\\d+)\\+(-?\\d+)"));
+    for (auto it = re.globalMatch(tree); it.hasNext();) {
+        const QRegularExpressionMatch m = it.next();
+        const int width = m.captured(1).toInt();
+        const int height = m.captured(2).toInt();
+        if (width <= 64 && height <= 64)
+            return QPoint(m.captured(3).toInt() + width / 2, m.captured(4).toInt() + height / 2);
+    }
+    return QPoint();
+}
+
+bool RightClickAt(QPoint screen) {
+    return Xdotool({QStringLiteral("mousemove"), QString::number(screen.x()),
+                    QString::number(screen.y())}) &&
+           Xdotool({QStringLiteral("click"), QStringLiteral("3")});
+}
+
+TEST_F(LiveSkin, TheTrayIconOpensTheMenuLoadsASkinAndQuitRemovesIt) {
+    trayer = std::make_unique<QProcess>();
+    trayer->start(QStringLiteral("trayer"),
+                  {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
+                   QStringLiteral("right"), QStringLiteral("--widthtype"),
+                   QStringLiteral("request"), QStringLiteral("--height"), QStringLiteral("24")});
+    ASSERT_TRUE(trayer->waitForStarted(5000));
+    ASSERT_TRUE(WaitFor([] {
+        return !RunProgram(QStringLiteral("xdotool"),
+                           {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                            QStringLiteral("--class"), QStringLiteral("trayer")})
+                    .trimmed()
+                    .isEmpty();
+    })) << "no tray";
+    Mpc({QStringLiteral("play"), QStringLiteral("1")});
+    StartPelorin();
+
+    QPoint icon;
+    ASSERT_TRUE(WaitFor([&] {
+        icon = TrayIconCentre();
+        return !icon.isNull();
+    })) << "the tray icon did not appear";
+
+    // Right click: the menu; Help Documents, Reload, Load Skin -> the second skin, "Mini".
+    ASSERT_TRUE(RightClickAt(icon));
+    QTest::qWait(500);
+    ASSERT_TRUE(
+        Xdotool({QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("150"),
+                 QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Down"),
+                 QStringLiteral("Right"), QStringLiteral("Down"), QStringLiteral("Return")}));
+    EXPECT_TRUE(WaitFor([] { return !VisibleWindows(QStringLiteral("Mini")).isEmpty(); }))
+        << "Load Skin did not open Mini";
+    EXPECT_TRUE(WaitFor([] { return VisibleWindows(QStringLiteral("Default")).isEmpty(); }))
+        << "the switch closes the other skin";
+    EXPECT_EQ(pelorin->state(), QProcess::Running);
+
+    // The switch reloaded the menus, and with them the icon.
+    ASSERT_TRUE(WaitFor([&] {
+        icon = TrayIconCentre();
+        return !icon.isNull();
+    }));
+    QTest::qWait(300);
+    ASSERT_TRUE(RightClickAt(TrayIconCentre()));
+    QTest::qWait(500);
+    // Up from the top wraps to the last entry, "Quit".
+    ASSERT_TRUE(Xdotool({QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("150"),
+                         QStringLiteral("Up"), QStringLiteral("Return")}));
+    EXPECT_TRUE(pelorin->waitForFinished(10000)) << "Quit ends the program";
+    EXPECT_TRUE(WaitFor([] { return TrayIconCentre().isNull(); })) << "and the icon goes with it";
 }
 
 TEST_F(LiveSkin, AFileDroppedOnTheArtworkBecomesTheCurrentTracksCover) {
