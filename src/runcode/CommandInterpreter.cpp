@@ -80,12 +80,7 @@ void CommandInterpreter::RunCommand(const QString& TheCode) {
     RunSuffixAndPrefixCommands(TheCode);
 }
 
-bool CommandInterpreter::RunBareWord(const QString& word) {
-    using Action = void (*)(CommandInterpreter&);
-    struct BareWord {
-        QLatin1String word;
-        Action action;
-    };
+std::span<const CommandInterpreter::BareWord> CommandInterpreter::BareWords() {
     // In this order; the first match wins.
     static const BareWord table[] = {
         {QLatin1String("playpause"),
@@ -144,7 +139,11 @@ bool CommandInterpreter::RunBareWord(const QString& word) {
              c.SetAsEnd();
          }},
     };
-    for (const BareWord& entry : table) {
+    return table;
+}
+
+bool CommandInterpreter::RunBareWord(const QString& word) {
+    for (const BareWord& entry : BareWords()) {
         if (word == entry.word) {
             entry.action(*this);
             return true;
@@ -153,33 +152,58 @@ bool CommandInterpreter::RunBareWord(const QString& word) {
     return false;
 }
 
+std::span<const CommandInterpreter::PrefixCommand> CommandInterpreter::PrefixCommands() {
+    // Each is followed by "=" and its argument; in this order, and every one that matches runs.
+    static const PrefixCommand commands[] = {
+        {u"edittag", [](CommandInterpreter& c, const QString& code) { c.m_tracks.EditTag(code); }},
+        {u"showskin", [](CommandInterpreter& c, const QString& code) { c.ShowSkinCode(code); }},
+        {u"repeat",
+         [](CommandInterpreter& c, const QString& code) {
+             c.Repeat(Rules::LowerCase(Argument(code)));
+         }},
+        {u"shuffle",
+         [](CommandInterpreter& c, const QString& code) {
+             c.Shuffle(Rules::LowerCase(Argument(code)));
+         }},
+        {u"reloadtimer",
+         [](CommandInterpreter& c, const QString& code) { c.ReloadTimer(Argument(code)); }},
+        {u"playplaylist",
+         [](CommandInterpreter& c, const QString& code) {
+             c.m_tracks.PlayPlaylist(Argument(code));
+         }},
+        {u"addtoplaylist",
+         [](CommandInterpreter& c, const QString& code) {
+             c.RequireTrust(u"addtoplaylist");
+             c.m_tracks.AddToPlaylist(Argument(code));
+         }},
+        {u"skip", [](CommandInterpreter& c, const QString& code) { c.Skip(Argument(code)); }},
+        {u"addtovolume",
+         [](CommandInterpreter& c, const QString& code) { c.AddToVolume(Argument(code)); }},
+    };
+    return commands;
+}
+
+QStringList CommandInterpreter::CommandWords() {
+    QStringList words;
+    for (const BareWord& entry : BareWords())
+        words.append(entry.word);
+    words.append(StarSuffix().toString());
+    for (const PrefixCommand& command : PrefixCommands())
+        words.append(command.prefix.toString());
+    return words;
+}
+
 void CommandInterpreter::RunSuffixAndPrefixCommands(const QString& TheCode) {
     // Not exclusive: every test that matches runs, in this order.
-    if (Rules::LowerCase(TheCode.right(4)) == QLatin1String("star")) {
+    if (Rules::LowerCase(TheCode.right(4)) == StarSuffix()) {
         // The first character is the star count; anything else reads as 0.
         const double stars = Rules::RoundHalfEven(Rules::LeadingNumber(TheCode.left(1)));
         m_host.imgRatings_Click(static_cast<int>(stars) - 1);
     }
-    if (Begins(TheCode, u"edittag"))
-        m_tracks.EditTag(TheCode);
-    if (Begins(TheCode, u"showskin"))
-        ShowSkinCode(TheCode);
-    if (Begins(TheCode, u"repeat"))
-        Repeat(Rules::LowerCase(Argument(TheCode)));
-    if (Begins(TheCode, u"shuffle"))
-        Shuffle(Rules::LowerCase(Argument(TheCode)));
-    if (Begins(TheCode, u"reloadtimer"))
-        ReloadTimer(Argument(TheCode));
-    if (Begins(TheCode, u"playplaylist"))
-        m_tracks.PlayPlaylist(Argument(TheCode));
-    if (Begins(TheCode, u"addtoplaylist")) {
-        RequireTrust(u"addtoplaylist");
-        m_tracks.AddToPlaylist(Argument(TheCode));
+    for (const PrefixCommand& command : PrefixCommands()) {
+        if (Begins(TheCode, command.prefix))
+            command.run(*this, TheCode);
     }
-    if (Begins(TheCode, u"skip"))
-        Skip(Argument(TheCode));
-    if (Begins(TheCode, u"addtovolume"))
-        AddToVolume(Argument(TheCode));
 }
 
 void CommandInterpreter::RequireTrust(QStringView command) {

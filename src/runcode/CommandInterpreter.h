@@ -3,6 +3,8 @@
 #include "runcode/TrackCommands.h"
 
 #include <QString>
+#include <QStringList>
+#include <span>
 
 namespace Pelorin {
 
@@ -34,7 +36,23 @@ public:
 
     TrackCommands& Tracks() { return m_tracks; }
 
+    // Every command word the language knows: the bare words, the star suffix ("3star") and the
+    // commands that take an argument after "=".
+    static QStringList CommandWords();
+
 private:
+    struct BareWord {
+        QLatin1String word;
+        void (*action)(CommandInterpreter&);
+    };
+    struct PrefixCommand {
+        QStringView prefix;
+        void (*run)(CommandInterpreter&, const QString& code);
+    };
+    static std::span<const BareWord> BareWords();
+    static std::span<const PrefixCommand> PrefixCommands();
+    static QStringView StarSuffix() { return u"star"; }
+
     void RunCommand(const QString& TheCode);
     // Skin trust before a command that changes the user's music or playlists: throws the
     // refusal as that command's failure.

@@ -6,6 +6,7 @@
 #include "skin/SkinLine.h"
 
 #include <limits>
+#include <span>
 
 namespace Pelorin {
 
@@ -71,6 +72,12 @@ public:
           m_change(trace.Change) {}
 
     bool Apply();
+
+    struct Keyword {
+        QLatin1String name;
+        void (*apply)(LineApplier&);
+    };
+    static std::span<const Keyword> Keywords();
 
 private:
     void Touch(SkinPart part, int index = 0, bool created = false) {
@@ -253,114 +260,164 @@ void LineApplier::Lyrics() {
         lyrics.Centred = f.Boolean(7, QStringLiteral("centred"));
 }
 
-bool LineApplier::Apply() {
-    const QString& k = e.Keyword;
-    if (k == u"skinname") {
-        Touch(SkinPart::Window);
-        m.Tag = f.Value(QStringLiteral("skin name"));
-    } else if (k == u"backgroundcolor") {
-        Touch(SkinPart::Window);
-        m.BackColor = Rules::Int32Of(f.Value(QStringLiteral("colour")));
-    } else if (k == u"left") {
-        Touch(SkinPart::Window);
-        m.Geometry.Left =
-            WindowPosition(m_host.PrimaryScreenSize().width(), QStringLiteral("left"));
-    } else if (k == u"top") {
-        Touch(SkinPart::Window);
-        m.Geometry.Top = WindowPosition(m_host.PrimaryScreenSize().height(), QStringLiteral("top"));
-    } else if (k == u"width") {
-        Touch(SkinPart::Window);
-        m.Geometry.Width = Rules::ToInt32(Rules::LeadingNumber(f.Value(QStringLiteral("width"))));
-    } else if (k == u"height") {
-        Touch(SkinPart::Window);
-        m.Geometry.Height = Rules::ToInt32(Rules::LeadingNumber(f.Value(QStringLiteral("height"))));
-    } else if (k == u"backgroundpicture") {
-        Touch(SkinPart::Window);
-        const QString& value = f.Value(QStringLiteral("picture"));
-        // Exactly this text, case included; any other spelling is a file name.
-        if (value == u"[TransparentBackground]")
-            m.TransparentBackground = true;
-        else
-            m.Picture = LoadFile(value);
-    } else if (k == u"label") {
-        Label();
-    } else if (k == u"image") {
-        Image();
-    } else if (k == u"labelfont") {
-        LabelFont();
-    } else if (k == u"labelcenter") {
-        LabelCenter();
-    } else if (k == u"labelcolor") {
-        LabelColor();
-    } else if (k == u"ontop") {
-        Touch(SkinPart::Window);
-        m.OnTop = Rules::ToBoolean(f.Value(QStringLiteral("Boolean")));
-    } else if (k == u"scrolltimer") {
-        Touch(SkinPart::ScrollTimer);
-        m.ScrollInterval = Rules::Int32Of(f.Value(QStringLiteral("interval")));
-    } else if (k == u"borders") {
-        Borders();
-    } else if (k == u"roundwindow") {
-        Touch(SkinPart::Window);
-        m.RoundWindow = f.Integer16(0, QStringLiteral("corner diameter"));
-    } else if (k == u"rememberpos") {
-        Touch(SkinPart::Window);
-        m.RememberPos = f.Boolean(0, QStringLiteral("Boolean"));
-    } else if (k == u"transparency") {
-        Touch(SkinPart::Window);
-        m.Transparency = Rules::Int16Of(f.Value(QStringLiteral("alpha")));
-    } else if (k == u"ondesktop") {
-        Touch(SkinPart::Window);
-        m.OnDesktop = f.Boolean(0, QStringLiteral("Boolean"));
-    } else if (k == u"glassify") {
-        Touch(SkinPart::Window);
-        m.Glassify = f.Boolean(0, QStringLiteral("Boolean"));
-    } else if (k == u"event") {
-        m_host.NewEvent(f.Value(QStringLiteral("event")));
-    } else if (k == u"timerevent") {
-        TimerEvent();
-    } else if (k == u"runcode") {
-        m_host.RunCode(f.Value(QStringLiteral("code")));
-    } else if (k == u"showaction") {
-        Touch(SkinPart::Window);
-        m.ShowAction = f.Value(QStringLiteral("show action"));
-    } else if (k == u"formclick") {
-        Touch(SkinPart::Window);
-        m.FormClickCode = f.Value(QStringLiteral("code"));
-    } else if (k == u"onlyoneinstance") {
-        // Any value switches the rule on, "False" included.
-        Touch(SkinPart::Window);
-        m.OnlyOneInstance = true;
-    } else if (k == u"ratingscontrol") {
-        Touch(SkinPart::Window);
-        m.RatingsSpec = f.Value(QStringLiteral("ratings"));
-    } else if (k == u"progresscontrol") {
-        ProgressControl();
-    } else if (k == u"anyinteraction") {
-        Touch(SkinPart::Window);
-        const QString& code = f.Value(QStringLiteral("code"));
-        // The list's count is a 16-bit number.
-        if (m.Interactions.size() >= std::numeric_limits<std::int16_t>::max()) {
-            f.Mark(-1, QStringLiteral("interaction count"));
-            throw VbError::Overflow();
-        }
-        m.Interactions.append(code);
-    } else if (k == u"keyboardshortcut") {
-        KeyboardShortcut();
-    } else if (k == u"autoresize") {
+std::span<const LineApplier::Keyword> LineApplier::Keywords() {
+    // Each keyword's whole work; the reader knows exactly these (and the checker reports any
+    // other).
+    static const Keyword keywords[] = {
+        {QLatin1String("skinname"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.Tag = a.f.Value(QStringLiteral("skin name"));
+         }},
+        {QLatin1String("backgroundcolor"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.BackColor = Rules::Int32Of(a.f.Value(QStringLiteral("colour")));
+         }},
+        {QLatin1String("left"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.Geometry.Left =
+                 a.WindowPosition(a.m_host.PrimaryScreenSize().width(), QStringLiteral("left"));
+         }},
+        {QLatin1String("top"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.Geometry.Top =
+                 a.WindowPosition(a.m_host.PrimaryScreenSize().height(), QStringLiteral("top"));
+         }},
+        {QLatin1String("width"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.Geometry.Width =
+                 Rules::ToInt32(Rules::LeadingNumber(a.f.Value(QStringLiteral("width"))));
+         }},
+        {QLatin1String("height"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.Geometry.Height =
+                 Rules::ToInt32(Rules::LeadingNumber(a.f.Value(QStringLiteral("height"))));
+         }},
+        {QLatin1String("backgroundpicture"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             const QString& value = a.f.Value(QStringLiteral("picture"));
+             // Exactly this text, case included; any other spelling is a file name.
+             if (value == u"[TransparentBackground]")
+                 a.m.TransparentBackground = true;
+             else
+                 a.m.Picture = a.LoadFile(value);
+         }},
+        {QLatin1String("label"), [](LineApplier& a) { a.Label(); }},
+        {QLatin1String("image"), [](LineApplier& a) { a.Image(); }},
+        {QLatin1String("labelfont"), [](LineApplier& a) { a.LabelFont(); }},
+        {QLatin1String("labelcenter"), [](LineApplier& a) { a.LabelCenter(); }},
+        {QLatin1String("labelcolor"), [](LineApplier& a) { a.LabelColor(); }},
+        {QLatin1String("ontop"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.OnTop = Rules::ToBoolean(a.f.Value(QStringLiteral("Boolean")));
+         }},
+        {QLatin1String("scrolltimer"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::ScrollTimer);
+             a.m.ScrollInterval = Rules::Int32Of(a.f.Value(QStringLiteral("interval")));
+         }},
+        {QLatin1String("borders"), [](LineApplier& a) { a.Borders(); }},
+        {QLatin1String("roundwindow"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.RoundWindow = a.f.Integer16(0, QStringLiteral("corner diameter"));
+         }},
+        {QLatin1String("rememberpos"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.RememberPos = a.f.Boolean(0, QStringLiteral("Boolean"));
+         }},
+        {QLatin1String("transparency"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.Transparency = Rules::Int16Of(a.f.Value(QStringLiteral("alpha")));
+         }},
+        {QLatin1String("ondesktop"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.OnDesktop = a.f.Boolean(0, QStringLiteral("Boolean"));
+         }},
+        {QLatin1String("glassify"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.Glassify = a.f.Boolean(0, QStringLiteral("Boolean"));
+         }},
+        {QLatin1String("event"),
+         [](LineApplier& a) { a.m_host.NewEvent(a.f.Value(QStringLiteral("event"))); }},
+        {QLatin1String("timerevent"), [](LineApplier& a) { a.TimerEvent(); }},
+        {QLatin1String("runcode"),
+         [](LineApplier& a) { a.m_host.RunCode(a.f.Value(QStringLiteral("code"))); }},
+        {QLatin1String("showaction"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.ShowAction = a.f.Value(QStringLiteral("show action"));
+         }},
+        {QLatin1String("formclick"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.FormClickCode = a.f.Value(QStringLiteral("code"));
+         }},
+        {QLatin1String("onlyoneinstance"),
+         [](LineApplier& a) {
+             // Any value switches the rule on, "False" included.
+             a.Touch(SkinPart::Window);
+             a.m.OnlyOneInstance = true;
+         }},
+        {QLatin1String("ratingscontrol"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.RatingsSpec = a.f.Value(QStringLiteral("ratings"));
+         }},
+        {QLatin1String("progresscontrol"), [](LineApplier& a) { a.ProgressControl(); }},
+        {QLatin1String("anyinteraction"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             const QString& code = a.f.Value(QStringLiteral("code"));
+             // The list's count is a 16-bit number.
+             if (a.m.Interactions.size() >= std::numeric_limits<std::int16_t>::max()) {
+                 a.f.Mark(-1, QStringLiteral("interaction count"));
+                 throw VbError::Overflow();
+             }
+             a.m.Interactions.append(code);
+         }},
+        {QLatin1String("keyboardshortcut"), [](LineApplier& a) { a.KeyboardShortcut(); }},
         // Recognised and ignored.
-    } else if (k == u"disablelabelscroll") {
-        Touch(SkinPart::Window);
-        m.NoScrollLabels += u'[' + f.Text(0, QStringLiteral("label index")) + u']';
-    } else if (k == u"lyrics") {
-        Lyrics();
-    } else {
-        return false;
+        {QLatin1String("autoresize"), [](LineApplier&) {}},
+        {QLatin1String("disablelabelscroll"),
+         [](LineApplier& a) {
+             a.Touch(SkinPart::Window);
+             a.m.NoScrollLabels += u'[' + a.f.Text(0, QStringLiteral("label index")) + u']';
+         }},
+        {QLatin1String("lyrics"), [](LineApplier& a) { a.Lyrics(); }},
+    };
+    return keywords;
+}
+
+bool LineApplier::Apply() {
+    for (const Keyword& keyword : Keywords()) {
+        if (e.Keyword == keyword.name) {
+            keyword.apply(*this);
+            return true;
+        }
     }
-    return true;
+    return false;
 }
 
 } // namespace
+
+QStringList SkinKeywords() {
+    QStringList names;
+    for (const LineApplier::Keyword& keyword : LineApplier::Keywords())
+        names.append(keyword.name);
+    return names;
+}
 
 SkinLineResult ProcessLine(SkinModel& model, const QString& line, const QString& curPath,
                            SkinHost& host, SkinLineTrace* trace) {

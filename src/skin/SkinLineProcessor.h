@@ -27,6 +27,9 @@ struct SkinLineTrace {
     QString File;    // the full path of the last picture the line tried to load
 };
 
+// Every keyword the reader knows, in lower case.
+QStringList SkinKeywords();
+
 // Applies one raw skin line to the model. Fields are converted and applied one at a time, so a
 // line that fails keeps everything it set before the failing field. Throws VbError: a missing
 // field is SubscriptOutOfRange, a number out of range Overflow, a bad Boolean TypeMismatch, a
