@@ -9,8 +9,10 @@
 #include "base/Log.h"
 #include "base/ProgramPaths.h"
 #include "base/Settings.h"
+#include "dialogs/KeyboardShortcutDialog.h"
 #include "dialogs/MenusForm.h"
 #include "dialogs/OptionsDialog.h"
+#include "dialogs/SkinEditorDialog.h"
 #include "platform/MessageBox.h"
 #include "platform/PictureLoader.h"
 #include "platform/WindowSystem.h"
@@ -187,6 +189,11 @@ int RunPelorin(int argc, char** argv) {
         .openExternal = &OpenExternal,
     });
     QPointer<OptionsDialog> options;
+    QPointer<KeyboardShortcutDialog> keyboardManager;
+    QPointer<SkinEditorDialog> skinEditor;
+    const auto switchToCurrentSkin = [&shell, &settings] {
+        shell.SwitchSkin(settings.GetSetting(Settings::CurrentSkin, QStringLiteral("Default")));
+    };
     loadMenus = [&]() -> Form* {
         return new MenusForm(
             forms.Access(),
@@ -216,8 +223,24 @@ int RunPelorin(int argc, char** argv) {
                         options->raise();
                         options->activateWindow();
                     },
-                .manageKeyboardShortcuts = {},
-                .editSkin = {},
+                .manageKeyboardShortcuts =
+                    [&](const QString& skinFile) {
+                        if (keyboardManager.isNull())
+                            keyboardManager = new KeyboardShortcutDialog(
+                                {.programFolder = paths.ProgramFolder(),
+                                 .switchToCurrentSkin = switchToCurrentSkin},
+                                forms.Access());
+                        if (!keyboardManager->LoadAll(skinFile))
+                            keyboardManager->Unload();
+                    },
+                .editSkin =
+                    [&](const QString& skinFile) {
+                        if (skinEditor.isNull())
+                            skinEditor = new SkinEditorDialog(
+                                {.switchToCurrentSkin = switchToCurrentSkin}, forms.Access());
+                        if (!skinEditor->LoadSkin(skinFile))
+                            skinEditor->Unload();
+                    },
             });
     };
     skinWindows.SetUnloadingHandler([&shell](SkinWindow& w) { shell.SkinWindowUnloading(w); });
