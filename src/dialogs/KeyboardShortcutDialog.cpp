@@ -171,6 +171,7 @@ KeyboardShortcutDialog::KeyboardShortcutDialog(Program program, OpenFormsAccess 
 
     m_cmdSave = new QPushButton(QStringLiteral("Save and Reload"), this);
     m_cmdSave->setObjectName(QStringLiteral("cmdSave"));
+    m_cmdSave->setDefault(true);
     m_cmdReload = new QPushButton(QStringLiteral("Reload Shortcuts"), this);
     m_cmdReload->setObjectName(QStringLiteral("cmdReload"));
     m_cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);

@@ -31,6 +31,7 @@ SkinEditorDialog::SkinEditorDialog(Program program, OpenFormsAccess forms, QWidg
     m_cmdRemvoe->setObjectName(QStringLiteral("cmdRemvoe"));
     m_cmdReload = new QPushButton(QStringLiteral("Save and Reload Skin"), this);
     m_cmdReload->setObjectName(QStringLiteral("cmdReload"));
+    m_cmdReload->setDefault(true);
 
     // The two lists select and scroll together.
     connect(m_lstCommands, &QListWidget::currentRowChanged, this, &SkinEditorDialog::Select);

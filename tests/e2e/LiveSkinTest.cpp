@@ -418,6 +418,59 @@ TEST_F(LiveSkin, TheTrayIconOpensTheMenuLoadsASkinAndQuitRemovesIt) {
     EXPECT_TRUE(WaitFor([] { return TrayIconCentre().isNull(); })) << "and the icon goes with it";
 }
 
+TEST_F(LiveSkin, TheSkinWindowsMenuOpensBothEditorsAndTheirSaveReopensTheSkin) {
+    Mpc({QStringLiteral("play"), QStringLiteral("1")});
+    StartPelorin();
+    const QString skinFile = home + QStringLiteral("/Skins/Default/skin.ini");
+    const auto reopened = [&](const QString& before) {
+        return WaitFor([&] {
+            const QStringList windows = VisibleWindows(QStringLiteral("Default"));
+            return windows.size() == 1 && windows.first() != before;
+        });
+    };
+
+    // Help Documents, Reload, Load Skin, Move Skin, Manage Keyboard Shortcuts.
+    ASSERT_TRUE(RightClickAt(OnScreen(QPoint(300, 92))));
+    QTest::qWait(500);
+    ASSERT_TRUE(
+        Xdotool({QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("150"),
+                 QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Down"),
+                 QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Return")}));
+    ASSERT_TRUE(WaitFor([] {
+        return !VisibleWindows(QStringLiteral("Manage Keyboard Shortcuts")).isEmpty();
+    })) << "the keyboard manager did not open";
+    QString before = windowId;
+    const QString manager = VisibleWindows(QStringLiteral("Manage Keyboard Shortcuts")).first();
+    ASSERT_TRUE(Xdotool({QStringLiteral("windowactivate"), QStringLiteral("--sync"), manager}));
+    ASSERT_TRUE(Xdotool({QStringLiteral("key"), QStringLiteral("Return")}));
+    EXPECT_TRUE(reopened(before)) << "Save and Reload reopens the skin";
+    QFile file(skinFile);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains("'Keyboard Shortcuts below added by Keyboard Manager"));
+    file.close();
+
+    // ... Manage Keyboard Shortcuts, Skin Configuration.
+    windowId = VisibleWindows(QStringLiteral("Default")).first();
+    before = windowId;
+    QTest::qWait(500);
+    ASSERT_TRUE(RightClickAt(OnScreen(QPoint(300, 92))));
+    QTest::qWait(500);
+    ASSERT_TRUE(Xdotool({QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("150"),
+                         QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Down"),
+                         QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Down"),
+                         QStringLiteral("Return")}));
+    ASSERT_TRUE(WaitFor([] {
+        return !VisibleWindows(QStringLiteral("Skin Configuration Editor")).isEmpty();
+    })) << "the skin editor did not open";
+    const QString editor = VisibleWindows(QStringLiteral("Skin Configuration Editor")).first();
+    ASSERT_TRUE(Xdotool({QStringLiteral("windowactivate"), QStringLiteral("--sync"), editor}));
+    ASSERT_TRUE(Xdotool({QStringLiteral("key"), QStringLiteral("Return")}));
+    EXPECT_TRUE(reopened(before)) << "Save and Reload Skin reopens the skin";
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(file.readAll().contains("// Default:")) << "the editor keeps no comment lines";
+    EXPECT_EQ(pelorin->state(), QProcess::Running);
+}
+
 TEST_F(LiveSkin, AFileDroppedOnTheArtworkBecomesTheCurrentTracksCover) {
     Mpc({QStringLiteral("play"), QStringLiteral("1")});
     StartPelorin();
