@@ -9,6 +9,7 @@ namespace Pelorin {
 Q_DECLARE_LOGGING_CATEGORY(lcApp)      // "pelorin.app": start-up and the program folder
 Q_DECLARE_LOGGING_CATEGORY(lcDisplay)  // "pelorin.display": the track display
 Q_DECLARE_LOGGING_CATEGORY(lcHotkeys)  // "pelorin.hotkeys": global hotkeys and shortcuts
+Q_DECLARE_LOGGING_CATEGORY(lcLyrics)   // "pelorin.lyrics": synchronized lyrics
 Q_DECLARE_LOGGING_CATEGORY(lcPicture)  // "pelorin.picture": pictures refused or unreadable
 Q_DECLARE_LOGGING_CATEGORY(lcPlayer)   // "pelorin.player": the player and its daemon
 Q_DECLARE_LOGGING_CATEGORY(lcSettings) // "pelorin.settings": the settings file

@@ -47,6 +47,9 @@ public:
                                 const QString& defaultLyrics, const QString& creatorName,
                                 QString* error = nullptr);
 
+    // No lyrics: one empty line.
+    void Clear() { m_lines = QStringList{QString()}; }
+
     const QStringList& Lines() const { return m_lines; }
     int CurLine() const { return m_curLine; }
     void SetCurLine(int line) { m_curLine = line; }
