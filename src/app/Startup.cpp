@@ -265,6 +265,9 @@ int RunPelorin(int argc, char** argv) {
         .skinFolder = [&paths](const QString& name) { return paths.SkinFolder(name); },
         .skinWindowCount = [&shell] { return shell.FrmMainCount(); },
         .programFolder = programFolder,
+        .lyricsPath = [&settings] { return settings.GetSetting(Settings::CantomPath); },
+        .switchingSkin = [&shell] { return shell.SwitchingSkin(); },
+        .firstActivationSeen = std::make_shared<bool>(false),
         .playerApp = [&settings] { return settings.GetSetting(Settings::PlayerApp); },
         .mayChangeLibrary =
             [&trust](const QString& skinName, const QString& command) {

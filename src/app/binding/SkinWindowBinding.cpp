@@ -3,11 +3,13 @@
 #include "app/binding/BoundWindow.h"
 #include "display/TrackDisplay.h"
 #include "hotkeys/KeyboardShortcuts.h"
+#include "lyrics/LyricsControl.h"
 #include "platform/MessageBox.h"
 #include "platform/PlatformHelpers.h"
 #include "player/link/PlayerLink.h"
 #include "runcode/CommandInterpreter.h"
 #include "skin/interaction/PointerInteraction.h"
+#include "skin/window/SkinControls.h"
 
 namespace Pelorin {
 
@@ -22,6 +24,7 @@ SkinWindowBinding::SkinWindowBinding(SkinWindowProgram program) : m_program(std:
 
 SkinWindowBinding::~SkinWindowBinding() {
     // The parts refer to each other: the users go before what they use.
+    m_lyrics.reset();
     m_shortcuts.reset();
     m_pointer.reset();
     m_interpreter.reset();
@@ -50,6 +53,14 @@ void SkinWindowBinding::Attach(frmMain* window) {
         });
     m_shortcuts = std::make_unique<KeyboardShortcuts>(
         *window, [this](int index) { Run([this, index] { RunShortcut(index); }); });
+    QString programFolder = m_program.programFolder;
+    if (!programFolder.isEmpty() && !programFolder.endsWith(u'/'))
+        programFolder += u'/';
+    m_lyrics = std::make_unique<LyricsControl>(programFolder);
+    connect(m_lyrics.get(), &LyricsControl::textChanged, this, [this](const QString& text) {
+        if (WindowAlive())
+            m_window->Cantom()->setText(text);
+    });
     m_boundWindow->SetDisplay(m_display.get());
     m_boundWindow->SetShowMenu([this] { ShowMenu(); });
     Connect(window);
@@ -102,8 +113,29 @@ SkinWindowServices SkinWindowBinding::MakeServices() {
     s.CloseAllHotkeys = [this](frmMain&) {
         Run([this] { m_shortcuts->CloseAllHotkeys([this] { return !m_windowDestroyed; }); });
     };
-    // Not built yet: the lyrics control; nothing listens to the first activation.
+    s.CloseLyrics = [this](frmMain&) {
+        if (!m_lyrics->Running())
+            return;
+        // The lyrics loop ended with its window, and the program with it; a skin switch reopens
+        // the windows instead.
+        const bool switching = m_program.switchingSkin && m_program.switchingSkin();
+        m_lyrics->CloseLyrics();
+        if (!switching && m_program.endProgram)
+            m_program.endProgram();
+    };
     return s;
+}
+
+void SkinWindowBinding::FirstActivation() {
+    // Only the first activation of the whole run hands the lyrics folder over, and only when
+    // that window's skin shows lyrics.
+    if (!m_program.firstActivationSeen || *m_program.firstActivationSeen)
+        return;
+    *m_program.firstActivationSeen = true;
+    if (!WindowAlive() || !m_window->Model().HasLyrics)
+        return;
+    const QString path = m_program.lyricsPath ? m_program.lyricsPath() : QString();
+    m_lyrics->StartLyrics(m_link->iTunesApp(), path);
 }
 
 void SkinWindowBinding::RunShortcut(int index) {
@@ -149,6 +181,7 @@ void SkinWindowBinding::Connect(frmMain* window) {
     on(&frmMain::starPressed, [this](int index) { m_display->imgRatings_MouseDown(index); });
     on(&frmMain::starClicked, [this](int index) { m_display->imgRatings_Click(index); });
     on(&frmMain::menuRequested, [this] { ShowMenu(); });
+    on(&frmMain::firstActivated, [this] { FirstActivation(); });
 }
 
 void SkinWindowBinding::CheckEvent(const QString& eventName) {

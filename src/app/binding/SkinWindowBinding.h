@@ -14,6 +14,7 @@ namespace Pelorin {
 class BoundWindow;
 class CommandInterpreter;
 class KeyboardShortcuts;
+class LyricsControl;
 class PlayerLink;
 class PointerInteraction;
 class TrackDisplay;
@@ -45,6 +46,7 @@ public:
     SkinEvents& Events() { return m_events; }
     PointerInteraction& Pointer() { return *m_pointer; }
     KeyboardShortcuts& Shortcuts() { return *m_shortcuts; }
+    LyricsControl& Lyrics() { return *m_lyrics; }
 
     // PlayerLinkClient
     void CheckEvent(const QString& eventName) override;
@@ -66,6 +68,7 @@ private:
     template <typename Work> void Run(Work&& work);
     void WindowDestroyed();
     void RunShortcut(int index);
+    void FirstActivation();
 
     SkinWindowProgram m_program;
     QPointer<frmMain> m_window;
@@ -79,6 +82,7 @@ private:
     std::unique_ptr<CommandInterpreter> m_interpreter;
     std::unique_ptr<PointerInteraction> m_pointer;
     std::unique_ptr<KeyboardShortcuts> m_shortcuts;
+    std::unique_ptr<LyricsControl> m_lyrics;
 };
 
 } // namespace Pelorin

@@ -3,6 +3,7 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 namespace Pelorin {
 
@@ -31,6 +32,13 @@ struct SkinWindowProgram {
     std::function<int()> skinWindowCount;
     // The program folder, without a trailing "/".
     QString programFolder;
+    // The setting "CantomPath": the lyrics folder ("APPPATH" stands for the program folder).
+    std::function<QString()> lyricsPath;
+    // True while a skin switch closes and reopens the windows.
+    std::function<bool()> switchingSkin;
+    // Whether a window's first activation has happened in this run: only that one may start the
+    // lyrics. Shared by every window of the program.
+    std::shared_ptr<bool> firstActivationSeen = std::make_shared<bool>(false);
     // The setting "PlayerApp".
     std::function<QString()> playerApp;
     // Skin trust: whether the skin in folder `skinName` may run `command`, which changes the

@@ -31,6 +31,8 @@ struct SkinWindowServices {
     std::function<void(frmMain&)> ProcessKeyShortcuts;
     // Stops the window's hotkeys while it closes.
     std::function<void(frmMain&)> CloseAllHotkeys;
+    // Ends the window's lyrics control while it closes (which ends the program when it ran).
+    std::function<void(frmMain&)> CloseLyrics;
 };
 
 // The open-forms registry as a skin window uses it: the factory binds these to the program's

@@ -377,6 +377,7 @@ void frmMain::Unload() {
 void frmMain::Form_Unload() {
     m_model.Closing = true;
     CallService(m_links.services.CloseAllHotkeys);
+    CallService(m_links.services.CloseLyrics);
     if (m_model.RememberPos) {
         QString error;
         if (!WritePositionFile(m_model.SkinFolder + QLatin1String("position.ini"), LeftTwips(),

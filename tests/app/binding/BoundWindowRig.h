@@ -116,6 +116,9 @@ public:
         };
         program.skinWindowCount = [this] { return forms.CountNamed(QStringLiteral("frmMain")); };
         program.programFolder = dir.path();
+        program.lyricsPath = [] { return QStringLiteral("APPPATH\\Lyrics\\"); };
+        program.switchingSkin = [this] { return switching; };
+        program.firstActivationSeen = firstActivationSeen;
         program.playerApp = [] { return QString(); };
         return program;
     }
@@ -156,6 +159,8 @@ public:
     QStringList opened;
     QStringList shellOpens;
     QList<frmMain*> menuCallers;
+    bool switching = false;
+    std::shared_ptr<bool> firstActivationSeen = std::make_shared<bool>(false);
     int closeAllCalls = 0;
     int endProgramCalls = 0;
 };

@@ -4,6 +4,7 @@
 #include "BoundWindowRig.h"
 #include "StderrCapture.h"
 #include "display/TrackDisplay.h"
+#include "lyrics/LyricsControl.h"
 #include "runcode/CommandInterpreter.h"
 #include "skin/window/VbTimer.h"
 
@@ -355,6 +356,75 @@ TEST_F(ArtworkBindingTest, ADropWhileNothingPlaysDoesNothing) {
     Drop({QUrl::fromLocalFile(file)});
     EXPECT_TRUE(capture.Messages(QStringLiteral("Pelorin")).isEmpty());
     EXPECT_EQ(rig.Player().trackData(trackId).artwork.first(), PictureBytes(Qt::red));
+}
+
+} // namespace
+
+namespace {
+
+class LyricsBindingTest : public SkinWindowBindingTest {
+protected:
+    // A skin with a lyrics display, and a playing track whose sync file is in the lyrics folder.
+    void SetUp() override {
+        SkinWindowBindingTest::SetUp();
+        QDir().mkpath(rig.dir.path() + QStringLiteral("/Lyrics/Artist of Sung"));
+        QFile file(rig.dir.path() + QStringLiteral("/Lyrics/Artist of Sung/Sung.lyr"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("[CantomSyncFile]1\r\n[DefaultLyrics]~ before ~\r\n[Lyrics]\r\n[1]one\r\n"
+                   "[EndLyrics]\r\n");
+        file.close();
+        rig.PlayTrack(BoundWindowRig::Track(QStringLiteral("Sung"), 100));
+    }
+};
+
+TEST_F(LyricsBindingTest, OnlyTheFirstActivationOfTheRunStartsTheLyricsAndTheDisplayShowsThem) {
+    SkinWindowBinding* first = rig.OpenSkin(
+        QStringLiteral("One"), {QStringLiteral("width=200"), QStringLiteral("height=60"),
+                                QStringLiteral("lyrics=0;0;200;20")});
+    SkinWindowBinding* second = rig.OpenSkin(
+        QStringLiteral("Two"), {QStringLiteral("width=200"), QStringLiteral("height=60"),
+                                QStringLiteral("lyrics=0;0;200;20")});
+    Q_EMIT first->Window()->firstActivated();
+    Q_EMIT second->Window()->firstActivated();
+    EXPECT_TRUE(first->Lyrics().Running());
+    EXPECT_FALSE(second->Lyrics().Running()) << "one hand-off in the whole run";
+    EXPECT_EQ(first->Window()->Cantom()->text(), QStringLiteral("~ before ~"));
+}
+
+TEST_F(LyricsBindingTest, AFirstActivationOfASkinWithoutLyricsMeansNoLyricsForTheRun) {
+    SkinWindowBinding* plain = rig.OpenSkin(
+        QStringLiteral("Plain"), {QStringLiteral("width=100"), QStringLiteral("height=40")});
+    SkinWindowBinding* withLyrics = rig.OpenSkin(
+        QStringLiteral("Lyr"), {QStringLiteral("width=200"), QStringLiteral("height=60"),
+                                QStringLiteral("lyrics=0;0;200;20")});
+    Q_EMIT plain->Window()->firstActivated();
+    Q_EMIT withLyrics->Window()->firstActivated();
+    EXPECT_FALSE(plain->Lyrics().Running());
+    EXPECT_FALSE(withLyrics->Lyrics().Running());
+}
+
+TEST_F(LyricsBindingTest, ClosingTheWindowWhoseLyricsRunEndsTheProgram) {
+    SkinWindowBinding* lyrics = rig.OpenSkin(
+        QStringLiteral("One"), {QStringLiteral("width=200"), QStringLiteral("height=60"),
+                                QStringLiteral("lyrics=0;0;200;20")});
+    SkinWindowBinding* other = rig.OpenSkin(
+        QStringLiteral("Two"), {QStringLiteral("width=100"), QStringLiteral("height=40")});
+    Q_EMIT lyrics->Window()->firstActivated();
+    ASSERT_TRUE(lyrics->Lyrics().Running());
+    other->Window()->Unload();
+    EXPECT_EQ(rig.endProgramCalls, 0);
+    lyrics->Window()->Unload();
+    EXPECT_EQ(rig.endProgramCalls, 1);
+}
+
+TEST_F(LyricsBindingTest, ASkinSwitchClosingTheLyricsWindowDoesNotEndTheProgram) {
+    rig.switching = true;
+    SkinWindowBinding* lyrics = rig.OpenSkin(
+        QStringLiteral("One"), {QStringLiteral("width=200"), QStringLiteral("height=60"),
+                                QStringLiteral("lyrics=0;0;200;20")});
+    Q_EMIT lyrics->Window()->firstActivated();
+    lyrics->Window()->Unload();
+    EXPECT_EQ(rig.endProgramCalls, 0);
 }
 
 } // namespace
