@@ -1,8 +1,11 @@
 // Feeds arbitrary bytes as a lyrics sync file (a real file, rewritten for every input) to the
-// reader, then splits every line after "[Lyrics]" as the timing loop does. Any crash, hang,
+// reader, then splits every line after "[Lyrics]" as the timing loop does; the same bytes go to
+// the LRC import's parser, whose section must read back as timed lines. Any crash, hang,
 // sanitizer report or broken invariant is a finding: the only error a line may raise is the
 // invalid call of a time asked of a line without "[".
+#include "base/TextFile.h"
 #include "base/VbError.h"
+#include "lyrics/LrcImport.h"
 #include "lyrics/LyricsFile.h"
 
 #include <QCoreApplication>
@@ -59,6 +62,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             Check(!line.contains(u'['));
         }
         LyricsFile::GetCommandPart(false, line);
+    }
+
+    LrcImport::Lyrics imported;
+    const QString text = TextFile::Decode(QByteArrayView(data, static_cast<qsizetype>(size)));
+    if (LrcImport::Parse(text, imported)) {
+        Check(imported.timedLines > 0);
+        Check(!imported.artist.isEmpty() && !imported.title.isEmpty());
+        for (const QString& line : imported.section.split(QStringLiteral("\r\n"))) {
+            Check(line.startsWith(u'['));
+            LyricsFile::GetCommandPart(true, line);
+        }
     }
     return 0;
 }

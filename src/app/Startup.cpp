@@ -13,6 +13,7 @@
 #include "dialogs/MenusForm.h"
 #include "dialogs/OptionsDialog.h"
 #include "dialogs/SkinEditorDialog.h"
+#include "lyrics/LrcImport.h"
 #include "platform/MessageBox.h"
 #include "platform/PictureLoader.h"
 #include "platform/WindowSystem.h"
@@ -41,6 +42,8 @@ const char* const Usage =
     "  FOLDER/|LEFT|TOP        open the skin in FOLDER at LEFT, TOP (twips, 15 per pixel)\n"
     "  Deskband WINDOWID       open the deskband skin inside the X11 window WINDOWID\n"
     "  --check-skin FOLDER     report every fault of the skin in FOLDER; exit status 1 if any\n"
+    "  --import-lrc FILE.lrc   turn an LRC lyrics file into the track's lyrics file and print\n"
+    "                          where it was written; exit status 1 if it could not be\n"
     "  --help                  show this help\n"
     "  --version               show the version\n"
     "\n"
@@ -113,6 +116,31 @@ int CheckSkinCommand(int argc, char** argv, const QStringList& args) {
     return faults > 0 ? 1 : 0;
 }
 
+int ImportLrcCommand(int argc, char** argv, const QStringList& args) {
+    QCoreApplication app(argc, argv);
+    if (args.size() < 2) {
+        std::fprintf(stderr, "pelorin: --import-lrc needs an LRC file\n");
+        return 1;
+    }
+    const Settings settings;
+    QString pathError;
+    const ProgramPaths paths =
+        ProgramPaths::Resolve(ProgramFolderSources::FromEnvironment(), &pathError);
+    if (!pathError.isEmpty())
+        qCWarning(lcApp).noquote() << QStringLiteral("Pelorin: ") + pathError;
+    // The lyrics folder as the lyrics control finds it.
+    QString folder = settings.GetSetting(Settings::CantomPath);
+    folder.replace(QLatin1String("APPPATH"), paths.ProgramFolder(), Qt::CaseSensitive);
+    QString error;
+    const QString written = LrcImport::Import(args.at(1), folder, &error);
+    if (written.isEmpty()) {
+        std::fprintf(stderr, "pelorin: %s\n", qUtf8Printable(error));
+        return 1;
+    }
+    std::printf("%s\n", qUtf8Printable(written));
+    return 0;
+}
+
 // Skins place themselves and grab hotkeys, which Wayland forbids: use XWayland unless the user
 // chose a platform.
 void PreferX11() {
@@ -141,6 +169,8 @@ int RunPelorin(int argc, char** argv) {
         }
         if (args.first() == QLatin1String("--check-skin"))
             return CheckSkinCommand(argc, argv, args);
+        if (args.first() == QLatin1String("--import-lrc"))
+            return ImportLrcCommand(argc, argv, args);
     }
 
     PreferX11();

@@ -178,6 +178,28 @@ TEST_F(StartupProcessTest, CheckSkinExitsZeroForAGoodSkinAndOneForAFaultySkin) {
     EXPECT_TRUE(out.contains(QLatin1String("skin.ini:2:"))) << out.toStdString();
 }
 
+TEST_F(StartupProcessTest, ImportLrcWritesTheLyricsFilePrintsItsPathAndExitsZero) {
+    WriteFile(dir.path() + QLatin1String("/song.lrc"), "[ar:Band]\n[ti:Song]\n[00:01.00]one\n");
+    QProcess p;
+    p.setProcessEnvironment(env);
+    p.start(Program, {QStringLiteral("--import-lrc"), dir.path() + QLatin1String("/song.lrc")});
+    ASSERT_TRUE(p.waitForFinished(15000));
+    EXPECT_EQ(p.exitCode(), 0);
+    const QString path = QString::fromUtf8(p.readAllStandardOutput()).trimmed();
+    EXPECT_EQ(path, QDir::cleanPath(home + QLatin1String("Lyrics/Band/Song.lyr")));
+    EXPECT_TRUE(QFileInfo(path).isFile());
+}
+
+TEST_F(StartupProcessTest, ImportLrcOfAFileWithoutTagsSaysSoAndExitsOne) {
+    WriteFile(dir.path() + QLatin1String("/bad.lrc"), "[00:01.00]one\n");
+    QString err;
+    EXPECT_EQ(
+        RunToEnd({QStringLiteral("--import-lrc"), dir.path() + QLatin1String("/bad.lrc")}, &err),
+        1);
+    EXPECT_TRUE(err.contains(QLatin1String("no [ar:] tag"))) << err.toStdString();
+    EXPECT_FALSE(QDir(home + QLatin1String("Lyrics")).exists());
+}
+
 TEST_F(StartupProcessTest, StartOpensTheDefaultSkinWindowWhereItsLinesPutIt) {
     Start({});
     const QString id = WaitForWindow(QStringLiteral("Default"));
