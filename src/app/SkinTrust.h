@@ -23,7 +23,7 @@ public:
 
     // The skins Pelorin ships (data/Skins).
     static QStringList ShippedSkins() {
-        return {QStringLiteral("Default"), QStringLiteral("Mini")};
+        return {QStringLiteral("Default"), QStringLiteral("Lyrics"), QStringLiteral("Mini")};
     }
     static QString QuestionText(const QString& skinName, const QString& command);
 

@@ -70,6 +70,9 @@ double LyricsControl::TimeOf(const QString& line) {
 }
 
 void LyricsControl::SetCurText(const QString& text) {
+    if (text != m_curText)
+        qCDebug(lcLyrics).noquote()
+            << QStringLiteral("lyrics: shows \"%1\"").arg(Rules::Printable(text));
     m_curText = text;
     Q_EMIT textChanged(m_curText);
 }

@@ -390,13 +390,13 @@ TEST_F(LiveSkin, TheTrayIconOpensTheMenuLoadsASkinAndQuitRemovesIt) {
         return !icon.isNull();
     })) << "the tray icon did not appear";
 
-    // Right click: the menu; Help Documents, Reload, Load Skin -> the second skin, "Mini".
+    // Right click: the menu; Help Documents, Reload, Load Skin -> the third skin, "Mini".
     ASSERT_TRUE(RightClickAt(icon));
     QTest::qWait(500);
-    ASSERT_TRUE(
-        Xdotool({QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("150"),
-                 QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Down"),
-                 QStringLiteral("Right"), QStringLiteral("Down"), QStringLiteral("Return")}));
+    ASSERT_TRUE(Xdotool({QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("150"),
+                         QStringLiteral("Down"), QStringLiteral("Down"), QStringLiteral("Down"),
+                         QStringLiteral("Right"), QStringLiteral("Down"), QStringLiteral("Down"),
+                         QStringLiteral("Return")}));
     EXPECT_TRUE(WaitFor([] { return !VisibleWindows(QStringLiteral("Mini")).isEmpty(); }))
         << "Load Skin did not open Mini";
     EXPECT_TRUE(WaitFor([] { return VisibleWindows(QStringLiteral("Default")).isEmpty(); }))
@@ -468,6 +468,56 @@ TEST_F(LiveSkin, TheSkinWindowsMenuOpensBothEditorsAndTheirSaveReopensTheSkin) {
     EXPECT_TRUE(reopened(before)) << "Save and Reload Skin reopens the skin";
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_FALSE(file.readAll().contains("// Default:")) << "the editor keeps no comment lines";
+    EXPECT_EQ(pelorin->state(), QProcess::Running);
+}
+
+TEST_F(LiveSkin, TheLyricsSkinFollowsTheTrackRestartsAfterABackwardSeekAndSaysWhenStopped) {
+    // The first track's sync file: a line a second, after the default text.
+    const QString folder = home + QStringLiteral("/Lyrics/") + first.artist;
+    ASSERT_TRUE(QDir().mkpath(folder));
+    QFile sync(folder + u'/' + first.title + QStringLiteral(".lyr"));
+    ASSERT_TRUE(sync.open(QIODevice::WriteOnly));
+    sync.write("[CantomSyncFile]1\r\n[Timing] Normal\r\n[Creator]test\r\n[DefaultLyrics]~ start "
+               "~\r\n[TimeOffset]0\r\n[Lyrics]\r\n[1]line one\r\n[2]line two\r\n"
+               "[3]line three\r\n[4]line four\r\n[EndLyrics]\r\n");
+    sync.close();
+    Mpc({QStringLiteral("play"), QStringLiteral("1")});
+    env.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("pelorin.lyrics.debug=true"));
+    pelorin = std::make_unique<QProcess>();
+    pelorin->setProcessEnvironment(env);
+    pelorin->start(Program, {home + QStringLiteral("/Skins/Lyrics/|300|300")});
+    ASSERT_TRUE(WaitFor([&] {
+        const QStringList windows = VisibleWindows(QStringLiteral("Lyrics"));
+        windowId = windows.isEmpty() ? QString() : windows.first();
+        return !windowId.isEmpty();
+    })) << "no Lyrics window";
+    QTest::qWait(500);
+    // The lyrics start with the window's first activation: the user's first click.
+    ASSERT_TRUE(MoveTo(OnScreen(QPoint(160, 114))));
+    ASSERT_TRUE(Xdotool({QStringLiteral("click"), QStringLiteral("1")}));
+
+    QString said;
+    const auto shows = [&](const char* text) {
+        return WaitFor(
+            [&] {
+                said += QString::fromUtf8(pelorin->readAllStandardError());
+                return said.contains(
+                    QStringLiteral("lyrics: shows \"%1\"").arg(QLatin1String(text)));
+            },
+            8000);
+    };
+    EXPECT_TRUE(shows("line two")) << said.toStdString();
+    EXPECT_TRUE(shows("line three")) << said.toStdString();
+
+    // Back to the start: the default text, then the first line again.
+    said.clear();
+    Mpc({QStringLiteral("seek"), QStringLiteral("0")});
+    EXPECT_TRUE(shows("~ start ~")) << said.toStdString();
+    EXPECT_TRUE(shows("line one")) << said.toStdString();
+
+    said.clear();
+    Mpc({QStringLiteral("stop")});
+    EXPECT_TRUE(shows("No Song Playing!")) << said.toStdString();
     EXPECT_EQ(pelorin->state(), QProcess::Running);
 }
 

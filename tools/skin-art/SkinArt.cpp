@@ -53,12 +53,13 @@ bool MakeFolder(const QString& path) {
     return false;
 }
 
-bool DefaultSkin(const QString& folder) {
+// Default, and Lyrics: the same widget with a band for the lyrics below (`height` 128).
+bool DefaultSkin(const QString& folder, int height = 100) {
     if (!MakeFolder(folder))
         return false;
     Writer out(folder);
     out.Write(QStringLiteral("background.png"),
-              Background({.Size = {320, 100},
+              Background({.Size = {320, height},
                           .CornerRadius = 9,
                           .Grooves = {QRect(100, 63, 208, 4)},
                           .ArtworkWells = {QRect(12, 12, 76, 76)}}));
@@ -128,6 +129,7 @@ int main(int argc, char** argv) {
     using namespace Pelorin::SkinArt;
     const QString data = args.at(1);
     const bool ok = DefaultSkin(data + QStringLiteral("/Skins/Default")) &&
+                    DefaultSkin(data + QStringLiteral("/Skins/Lyrics"), 128) &&
                     MiniSkin(data + QStringLiteral("/Skins/Mini")) &&
                     DeskbandSkin(data + QStringLiteral("/Deskband/Default"));
     return ok ? 0 : 1;
