@@ -161,6 +161,18 @@ TEST_F(SkinEditorDialogTest, AHundredThousandLineSkinLoadsAndSaves) {
     EXPECT_EQ(Save(), big);
 }
 
+TEST_F(SkinEditorDialogTest, BinaryContentAndCrOnlyLineEndsLoadAndSaveWithoutACrash) {
+    QByteArray bytes = "width=1\rheight=2\r";
+    for (int i = 0; i < 2048; ++i)
+        bytes += static_cast<char>((i * 37) & 0xFF);
+    Open(bytes);
+    EXPECT_GE(editor->lstCommands()->count(), 2);
+    EXPECT_EQ(editor->lstCommands()->item(0)->text(), QStringLiteral("width"));
+    EXPECT_EQ(editor->lstCommands()->item(1)->text(), QStringLiteral("height"));
+    const QByteArray saved = Save();
+    EXPECT_TRUE(saved.startsWith("width=1\r\nheight=2\r\n"));
+}
+
 TEST_F(SkinEditorDialogTest, ASkinFileThatIsALinkIsNotWrittenAndTheEditsStay) {
     const QString target = dir.path() + QStringLiteral("/target.ini");
     Write(target, "width=1\r\n");

@@ -140,6 +140,26 @@ TEST_F(LyricsFileTest, AMissingFileAFolderAndAPipeAllReadAsNoLyrics) {
     EXPECT_EQ(lyrics.Lines(), QStringList{QString()});
 }
 
+TEST_F(LyricsFileTest, AHundredMegabyteFileReadsAsNoLyricsAtOnce) {
+    QFile file(folder + QStringLiteral("huge.lyr"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[CantomSyncFile]1\r\n");
+    ASSERT_TRUE(file.resize(100LL * 1024 * 1024));
+    file.close();
+    LyricsFile lyrics;
+    lyrics.LoadLyricFile(file.fileName());
+    EXPECT_EQ(lyrics.Lines(), QStringList{QString()});
+}
+
+TEST_F(LyricsFileTest, BinaryContentLoadsAsNoLyrics) {
+    QByteArray bytes;
+    for (int i = 0; i < 4096; ++i)
+        bytes += static_cast<char>((i * 131) & 0xFF);
+    LyricsFile lyrics;
+    lyrics.LoadLyricFile(Write(QStringLiteral("binary.lyr"), bytes));
+    EXPECT_EQ(lyrics.Lines(), QStringList{QString()});
+}
+
 TEST_F(LyricsFileTest, TheReaderStopsAfter10001Lines) {
     QByteArray bytes;
     for (int i = 0; i < 10100; ++i)

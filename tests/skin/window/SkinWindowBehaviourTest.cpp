@@ -293,10 +293,10 @@ TEST_F(SkinWindowBehaviour, AWindowWithoutASkinUnloadsItselfOnItsFirstActivation
     ASSERT_TRUE(WaitExposed(stray));
     stray->activateWindow();
     EXPECT_TRUE(QTest::qWaitFor([&] { return OpenSkinWindows() == 0; }));
-    EXPECT_EQ(firstActivations, 1) << "the lyrics hand-off comes first";
+    EXPECT_EQ(firstActivations, 1) << "the first activation is signalled before the window goes";
 }
 
-TEST_F(SkinWindowBehaviour, ALoadedWindowHandsOffOnlyOnItsFirstActivation) {
+TEST_F(SkinWindowBehaviour, EachWindowSignalsOnlyItsOwnFirstActivation) {
     int firstActivations = 0;
     windowSignals.firstActivated = [&firstActivations] { ++firstActivations; };
     QPointer<frmMain> window = OpenSkin(QStringLiteral("Activate"), {});
@@ -309,7 +309,8 @@ TEST_F(SkinWindowBehaviour, ALoadedWindowHandsOffOnlyOnItsFirstActivation) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return other->isActiveWindow(); }));
     window->activateWindow();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window->isActiveWindow(); }));
-    EXPECT_EQ(firstActivations, 2) << "once per window";
+    EXPECT_EQ(firstActivations, 2)
+        << "once per window; the binding hands the lyrics over once per run";
     EXPECT_EQ(OpenSkinWindows(), 2);
 }
 
