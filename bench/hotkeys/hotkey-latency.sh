@@ -104,31 +104,8 @@ for tool in Xvfb openbox xdotool mpd mpc python3; do
     command -v "$tool" >/dev/null || { echo "hotkey-latency: $tool is missing" >&2; exit 1; }
 done
 
-WORK=$(mktemp -d)
-xvfb_pid=''
-cleanup() {
-    XDG_STATE_HOME=$WORK/home/.local/state "$root/scripts/demo.sh" --stop >/dev/null 2>&1 || true
-    [[ -n $xvfb_pid ]] && kill "$xvfb_pid" 2>/dev/null || true
-    rm -rf "$WORK"
-}
-trap cleanup EXIT
-
-export PELORIN_HOME=$WORK/program
-mkdir -p "$PELORIN_HOME" "$WORK/home" "$WORK/runtime"
-chmod 700 "$WORK/runtime"
-cp -r "$root/data/Skins" "$root/data/Deskband" "$PELORIN_HOME/"
-export HOME=$WORK/home XDG_CONFIG_HOME=$WORK/home/.config XDG_DATA_HOME=$WORK/home/.local/share
-export XDG_STATE_HOME=$WORK/home/.local/state XDG_CACHE_HOME=$WORK/home/.cache
-export XDG_RUNTIME_DIR=$WORK/runtime
-export PELORIN_UNATTENDED=1 QT_QPA_PLATFORM=xcb
-export BUILD PRESSES WORK
-
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$WORK/display" 2>"$WORK/xvfb.log" &
-xvfb_pid=$!
-for _ in $(seq 100); do
-    [[ -s $WORK/display ]] && break
-    sleep 0.05
-done
-[[ -s $WORK/display ]] || { echo "hotkey-latency: Xvfb did not start" >&2; exit 1; }
-export DISPLAY=:$(head -n 1 "$WORK/display")
+# shellcheck source=../lib/private-desktop.sh
+. "$here/../lib/private-desktop.sh"
+private_desktop_start hotkey-latency
+export BUILD PRESSES
 "$root/scripts/with-window-manager.sh" "$0" --inside

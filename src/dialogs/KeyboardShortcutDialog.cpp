@@ -5,7 +5,6 @@
 #include "platform/MessageBox.h"
 
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
@@ -117,7 +116,7 @@ QString AfterEquals(const QString& line) {
 
 KeyboardShortcutDialog::KeyboardShortcutDialog(Program program, OpenFormsAccess forms,
                                                QWidget* parent)
-    : QDialog(parent), m_program(std::move(program)), m_forms(std::move(forms)) {
+    : DialogForm(std::move(forms), parent), m_program(std::move(program)) {
     setObjectName(QStringLiteral("frmKeyboardShortcut"));
     setWindowTitle(QStringLiteral("Manage Keyboard Shortcuts"));
 
@@ -193,14 +192,10 @@ KeyboardShortcutDialog::KeyboardShortcutDialog(Program program, OpenFormsAccess 
     buttons->addWidget(m_cmdCancel);
     layout->addLayout(buttons);
 
-    if (m_forms.Add)
-        m_forms.Add(this);
+    Register();
 }
 
-KeyboardShortcutDialog::~KeyboardShortcutDialog() {
-    if (m_forms.Remove)
-        m_forms.Remove(this);
-}
+KeyboardShortcutDialog::~KeyboardShortcutDialog() = default;
 
 KeyboardShortcutDialog::Side KeyboardShortcutDialog::BuildSide(const QString& title,
                                                                const QString& text,
@@ -444,21 +439,6 @@ void KeyboardShortcutDialog::cmdSave_Click() {
 
 void KeyboardShortcutDialog::cmdReload_Click() {
     LoadAll(m_skinFile);
-}
-
-void KeyboardShortcutDialog::Unload() {
-    if (m_unloaded)
-        return;
-    m_unloaded = true;
-    hide();
-    if (m_forms.Remove)
-        m_forms.Remove(this);
-    deleteLater();
-}
-
-void KeyboardShortcutDialog::closeEvent(QCloseEvent* event) {
-    event->accept();
-    Unload();
 }
 
 } // namespace Pelorin

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "skin/window/Form.h"
-#include "skin/window/SkinWindowServices.h"
+#include "dialogs/DialogForm.h"
 
-#include <QDialog>
 #include <QString>
 #include <functional>
 
@@ -20,7 +18,7 @@ namespace Pelorin {
 // its skin.ini) and the personal ones (personal.ini in the program folder), side by side. Saving
 // writes both files, the bindings last under the marker line, and reopens the current skin so
 // that they are registered afresh.
-class KeyboardShortcutDialog : public QDialog, public Form {
+class KeyboardShortcutDialog : public DialogForm {
     Q_OBJECT
 public:
     struct Program {
@@ -34,8 +32,6 @@ public:
     ~KeyboardShortcutDialog() override;
 
     QString Name() const override { return QStringLiteral("frmKeyboardShortcut"); }
-    void Unload() override;
-    QWidget* Widget() override { return this; }
 
     // Fills both lists from the skin file and personal.ini and shows the dialog. False (with a
     // message) when a file cannot be read; the dialog then stays hidden.
@@ -70,9 +66,6 @@ public:
     QPushButton* cmdReload() const { return m_cmdReload; }
     QPushButton* cmdCancel() const { return m_cmdCancel; }
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-
 private:
     Side BuildSide(const QString& title, const QString& text, const QString& sendCaption);
     void ConnectSide(Side& side, Side& other);
@@ -89,10 +82,8 @@ private:
     void cmdReload_Click();
 
     Program m_program;
-    OpenFormsAccess m_forms;
     QString m_skinFile;
     bool m_updating = false;
-    bool m_unloaded = false;
     Side m_skin;
     Side m_personal;
     QPushButton* m_cmdSave = nullptr;

@@ -203,8 +203,13 @@ QAction* MenusForm::mnuSKin(int index) const {
 }
 
 void MenusForm::OpenDocument(const QString& name) {
-    if (m_program.shellOpen)
-        m_program.shellOpen(m_program.programFolder + name, QStringLiteral("1"));
+    const QString path = m_program.programFolder + name;
+    // The desktop reports nothing when it cannot open a document: say so rather than do nothing.
+    if (m_program.shellOpen && !m_program.shellOpen(path, QStringLiteral("1")))
+        MessageBox::Show(QStringLiteral("Pelorin cannot open \"%1\": the file is missing or no "
+                                        "program on this desktop opens it.")
+                             .arg(QDir::toNativeSeparators(path)),
+                         QString(), MessageBox::Icon::Exclamation);
 }
 
 void MenusForm::mnuDocHelp_Click() {

@@ -6,7 +6,6 @@
 #include "platform/MessageBox.h"
 
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QDir>
 #include <QFormLayout>
 #include <QLabel>
@@ -32,8 +31,8 @@ bool Ticked(const Settings& settings, const QString& key, const QString& fallbac
 
 OptionsDialog::OptionsDialog(Settings& settings, QString programFolder, OpenFormsAccess forms,
                              QWidget* parent)
-    : QDialog(parent), m_settings(settings), m_programFolder(std::move(programFolder)),
-      m_forms(std::move(forms)) {
+    : DialogForm(std::move(forms), parent), m_settings(settings),
+      m_programFolder(std::move(programFolder)) {
     setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(QStringLiteral("Options"));
     setAttribute(Qt::WA_DeleteOnClose, false);
@@ -75,15 +74,11 @@ OptionsDialog::OptionsDialog(Settings& settings, QString programFolder, OpenForm
     layout->addLayout(buttons);
     setMinimumWidth(fontMetrics().averageCharWidth() * 48);
 
-    if (m_forms.Add)
-        m_forms.Add(this);
+    Register();
     FormLoad();
 }
 
-OptionsDialog::~OptionsDialog() {
-    if (m_forms.Remove)
-        m_forms.Remove(this);
-}
+OptionsDialog::~OptionsDialog() = default;
 
 void OptionsDialog::FormLoad() {
     m_chkCloseiTunes->setChecked(
@@ -114,22 +109,6 @@ void OptionsDialog::cmdSave_Click() {
                          MessageBox::Icon::Critical, MessageBox::Buttons::Ok, this);
         return;
     }
-    Unload();
-}
-
-void OptionsDialog::Unload() {
-    if (m_unloaded)
-        return;
-    m_unloaded = true;
-    hide();
-    if (m_forms.Remove)
-        m_forms.Remove(this);
-    deleteLater();
-}
-
-void OptionsDialog::closeEvent(QCloseEvent* event) {
-    // Closing any other way saves nothing.
-    event->accept();
     Unload();
 }
 

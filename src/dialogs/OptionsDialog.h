@@ -1,9 +1,7 @@
 #pragma once
 
-#include "skin/window/Form.h"
-#include "skin/window/SkinWindowServices.h"
+#include "dialogs/DialogForm.h"
 
-#include <QDialog>
 #include <QString>
 
 class QCheckBox;
@@ -18,7 +16,7 @@ class Settings;
 // frmOptions: three switches of the settings store and the file openwithitunes.opt. The tray
 // switch is saved as "PelorinTray" but read from "PelorinTrayIcon", so it opens unticked after
 // a save unless something else wrote that key; neither key hides the tray icon.
-class OptionsDialog : public QDialog, public Form {
+class OptionsDialog : public DialogForm {
     Q_OBJECT
 public:
     // `programFolder` ends with "/". Registers itself and reads the switches.
@@ -27,8 +25,6 @@ public:
     ~OptionsDialog() override;
 
     QString Name() const override { return QStringLiteral("frmOptions"); }
-    void Unload() override;
-    QWidget* Widget() override { return this; }
 
     // "Save Settings": the three switches, openwithitunes.opt, and the dialog closes. When a
     // write fails the user is told and the dialog stays open with their choices.
@@ -43,22 +39,17 @@ public:
 
     static QString OpenWithPlayerFile() { return QStringLiteral("openwithitunes.opt"); }
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-
 private:
     void FormLoad();
 
     Settings& m_settings;
     QString m_programFolder;
-    OpenFormsAccess m_forms;
     QCheckBox* m_chkCloseiTunes = nullptr;
     QCheckBox* m_chkOpenWithItunes = nullptr;
     QCheckBox* m_chkPelorinIcon = nullptr;
     QLineEdit* m_txtLyrics = nullptr;
     QLabel* m_label1 = nullptr;
     QPushButton* m_cmdSave = nullptr;
-    bool m_unloaded = false;
 };
 
 } // namespace Pelorin

@@ -3,7 +3,6 @@
 #include "base/TextFile.h"
 #include "platform/MessageBox.h"
 
-#include <QCloseEvent>
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -16,7 +15,7 @@
 namespace Pelorin {
 
 SkinEditorDialog::SkinEditorDialog(Program program, OpenFormsAccess forms, QWidget* parent)
-    : QDialog(parent), m_program(std::move(program)), m_forms(std::move(forms)) {
+    : DialogForm(std::move(forms), parent), m_program(std::move(program)) {
     setObjectName(QStringLiteral("frmSkinEditor"));
     setWindowTitle(QStringLiteral("Skin Configuration Editor"));
     m_lstCommands = new QListWidget(this);
@@ -59,14 +58,10 @@ SkinEditorDialog::SkinEditorDialog(Program program, OpenFormsAccess forms, QWidg
     layout->addLayout(buttons);
     resize(fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 30);
 
-    if (m_forms.Add)
-        m_forms.Add(this);
+    Register();
 }
 
-SkinEditorDialog::~SkinEditorDialog() {
-    if (m_forms.Remove)
-        m_forms.Remove(this);
-}
+SkinEditorDialog::~SkinEditorDialog() = default;
 
 bool SkinEditorDialog::IsComment(const QString& line) {
     return line.isEmpty() || line.startsWith(QLatin1String("//")) ||
@@ -221,21 +216,6 @@ bool SkinEditorDialog::cmdReload_Click() {
     if (m_program.switchToCurrentSkin)
         m_program.switchToCurrentSkin();
     return true;
-}
-
-void SkinEditorDialog::Unload() {
-    if (m_unloaded)
-        return;
-    m_unloaded = true;
-    hide();
-    if (m_forms.Remove)
-        m_forms.Remove(this);
-    deleteLater();
-}
-
-void SkinEditorDialog::closeEvent(QCloseEvent* event) {
-    event->accept();
-    Unload();
 }
 
 } // namespace Pelorin

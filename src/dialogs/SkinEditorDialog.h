@@ -1,9 +1,7 @@
 #pragma once
 
-#include "skin/window/Form.h"
-#include "skin/window/SkinWindowServices.h"
+#include "dialogs/DialogForm.h"
 
-#include <QDialog>
 #include <QString>
 #include <functional>
 
@@ -17,7 +15,7 @@ namespace Pelorin {
 // and values, edited one line at a time and written back whole. Comment lines and empty lines are
 // not kept by the editor, and a line without "=" is dropped; an empty value is shown and saved
 // as "NONE".
-class SkinEditorDialog : public QDialog, public Form {
+class SkinEditorDialog : public DialogForm {
     Q_OBJECT
 public:
     struct Program {
@@ -29,8 +27,6 @@ public:
     ~SkinEditorDialog() override;
 
     QString Name() const override { return QStringLiteral("frmSkinEditor"); }
-    void Unload() override;
-    QWidget* Widget() override { return this; }
 
     // Loads the file into the lists (afresh) and shows the editor; false, with a message, when
     // the file cannot be read.
@@ -53,9 +49,6 @@ public:
     static QString CommentItem() { return QStringLiteral("  comment"); }
     static QString EmptyValue() { return QStringLiteral("NONE"); }
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-
 private:
     // The pair a line gives: false for a line without "=" (or with an empty name) that is no
     // comment.
@@ -65,11 +58,9 @@ private:
     void txtLine_Change();
 
     Program m_program;
-    OpenFormsAccess m_forms;
     QString m_skinFile;
     bool m_loading = false;
     bool m_updating = false;
-    bool m_unloaded = false;
     QListWidget* m_lstCommands = nullptr;
     QListWidget* m_lstParams = nullptr;
     QLineEdit* m_txtLine = nullptr;

@@ -3,9 +3,9 @@
 #include "base/Log.h"
 #include "hotkeys/ApiHotkey.h"
 #include "hotkeys/VirtualKeys.h"
+#include "platform/X11WindowSystem.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <cstdlib>
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
@@ -36,17 +36,10 @@ std::uint16_t XModifiers(int modifiers) {
 } // namespace
 
 std::unique_ptr<X11HotkeySystem> X11HotkeySystem::FromApplication() {
-    auto* app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
-    if (app == nullptr)
+    const X11Display display = ApplicationX11Display();
+    if (display.connection == nullptr)
         return nullptr;
-    auto* x11 = app->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr || x11->connection() == nullptr)
-        return nullptr;
-    xcb_connection_t* connection = x11->connection();
-    const xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-    if (screens.rem == 0)
-        return nullptr;
-    return std::make_unique<X11HotkeySystem>(connection, screens.data->root);
+    return std::make_unique<X11HotkeySystem>(display.connection, display.root);
 }
 
 X11HotkeySystem::X11HotkeySystem(xcb_connection_t* connection, std::uint32_t root)

@@ -30,18 +30,25 @@ template <typename Reply> using ReplyPtr = std::unique_ptr<Reply, FreeReply<Repl
 X11WindowSystem::X11WindowSystem(xcb_connection_t* connection, std::uint32_t root)
     : m_connection(connection), m_root(root) {}
 
-std::unique_ptr<X11WindowSystem> X11WindowSystem::FromApplication() {
+X11Display ApplicationX11Display() {
     auto* app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
     if (app == nullptr)
-        return nullptr;
+        return {};
     auto* x11 = app->nativeInterface<QNativeInterface::QX11Application>();
     if (x11 == nullptr || x11->connection() == nullptr)
-        return nullptr;
+        return {};
     xcb_connection_t* connection = x11->connection();
     const xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
     if (screens.rem == 0)
+        return {};
+    return {connection, screens.data->root};
+}
+
+std::unique_ptr<X11WindowSystem> X11WindowSystem::FromApplication() {
+    const X11Display display = ApplicationX11Display();
+    if (display.connection == nullptr)
         return nullptr;
-    return std::make_unique<X11WindowSystem>(connection, screens.data->root);
+    return std::make_unique<X11WindowSystem>(display.connection, display.root);
 }
 
 std::uint32_t X11WindowSystem::Atom(const char* name) {

@@ -10,6 +10,14 @@ struct xcb_connection_t;
 
 namespace Pelorin {
 
+// Qt's own xcb connection and the root window of its default screen, shared by the X11 parts of
+// the program; `connection` is null when Qt does not run on xcb.
+struct X11Display {
+    xcb_connection_t* connection = nullptr;
+    std::uint32_t root = 0;
+};
+X11Display ApplicationX11Display();
+
 // The window system as X11 and its window manager (EWMH hints) see it, on Qt's own xcb
 // connection.
 class X11WindowSystem final : public WindowSystem {

@@ -216,6 +216,18 @@ TEST_F(MenusFormTest, TheDocumentEntriesOpenTheDocumentsOfTheProgramFolderWithPa
                                    ProgramFolder() + QStringLiteral("Pelorin Creation.html|1")}));
 }
 
+TEST_F(MenusFormTest, ADocumentThatCannotBeOpenedIsReported) {
+    MakeSkinFolders({QStringLiteral("Default")});
+    MenusProgram program = Program();
+    program.shellOpen = [](const QString&, const QString&) { return false; };
+    MenusForm& form = Load(program);
+    testing::internal::CaptureStderr();
+    Choose(form.Entry(QStringLiteral("mnuDocHelp")));
+    const std::string err = testing::internal::GetCapturedStderr();
+    EXPECT_NE(err.find("Pelorin cannot open"), std::string::npos) << err;
+    EXPECT_NE(err.find("Pelorin Help.html"), std::string::npos) << err;
+}
+
 TEST_F(MenusFormTest, ReloadSwitchesToTheRememberedSkinAndASkinEntryToItsSkin) {
     MakeSkinFolders({QStringLiteral("Alpha"), QStringLiteral("Beta")});
     MenusForm& form = Load();
