@@ -51,15 +51,14 @@ X11HotkeySystem::~X11HotkeySystem() {
     if (QCoreApplication* app = QCoreApplication::instance())
         app->removeNativeEventFilter(this);
     for (const Registration& registration : std::as_const(m_registrations))
-        Ungrab(registration, -1);
+        Ungrab(registration);
     xcb_flush(m_connection);
     if (m_symbols != nullptr)
         xcb_key_symbols_free(m_symbols);
 }
 
-QList<std::uint8_t> X11HotkeySystem::Keycodes(int vkey) {
+QList<std::uint8_t> X11HotkeySystem::KeycodesOf(std::uint32_t keySym) const {
     QList<std::uint8_t> keycodes;
-    const std::uint32_t keySym = VirtualKeys::KeySym(vkey);
     if (keySym == 0 || m_symbols == nullptr)
         return keycodes;
     xcb_keycode_t* found = xcb_key_symbols_get_keycode(m_symbols, keySym);
@@ -73,67 +72,49 @@ QList<std::uint8_t> X11HotkeySystem::Keycodes(int vkey) {
     return keycodes;
 }
 
-std::uint16_t X11HotkeySystem::ModifierMaskOf(std::uint32_t keySym) {
-    std::uint16_t mask = 0;
-    const QList<std::uint8_t> wanted = [&] {
-        QList<std::uint8_t> codes;
-        if (m_symbols == nullptr)
-            return codes;
-        xcb_keycode_t* found = xcb_key_symbols_get_keycode(m_symbols, keySym);
-        if (found == nullptr)
-            return codes;
-        for (xcb_keycode_t* code = found; *code != XCB_NO_SYMBOL; ++code)
-            codes.append(*code);
-        std::free(found);
-        return codes;
-    }();
-    if (wanted.isEmpty())
-        return 0;
-    xcb_get_modifier_mapping_reply_t* reply = xcb_get_modifier_mapping_reply(
-        m_connection, xcb_get_modifier_mapping(m_connection), nullptr);
-    if (reply == nullptr)
-        return 0;
-    const xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(reply);
-    const int perModifier = reply->keycodes_per_modifier;
-    for (int modifier = 0; modifier < 8; ++modifier) {
-        for (int i = 0; i < perModifier; ++i) {
-            if (wanted.contains(codes[modifier * perModifier + i]))
-                mask |= static_cast<std::uint16_t>(1U << modifier);
+const QList<std::uint16_t>& X11HotkeySystem::LockVariants() {
+    if (!m_lockVariants.isEmpty())
+        return m_lockVariants;
+    // Which modifiers Num Lock and Scroll Lock sit on, from one look at the modifier mapping.
+    const QList<std::uint8_t> numLock = KeycodesOf(XK_Num_Lock);
+    const QList<std::uint8_t> scrollLock = KeycodesOf(XK_Scroll_Lock);
+    std::uint16_t numMask = 0;
+    std::uint16_t scrollMask = 0;
+    if (xcb_get_modifier_mapping_reply_t* reply = xcb_get_modifier_mapping_reply(
+            m_connection, xcb_get_modifier_mapping(m_connection), nullptr)) {
+        const xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(reply);
+        const int perModifier = reply->keycodes_per_modifier;
+        for (int modifier = 0; modifier < 8; ++modifier) {
+            for (int i = 0; i < perModifier; ++i) {
+                const xcb_keycode_t code = codes[modifier * perModifier + i];
+                const auto bit = static_cast<std::uint16_t>(1U << modifier);
+                if (numLock.contains(code))
+                    numMask |= bit;
+                if (scrollLock.contains(code))
+                    scrollMask |= bit;
+            }
         }
+        std::free(reply);
     }
-    std::free(reply);
-    return mask;
-}
-
-QList<std::uint16_t> X11HotkeySystem::LockVariants() {
-    const std::uint16_t locks[] = {XCB_MOD_MASK_LOCK, ModifierMaskOf(XK_Num_Lock),
-                                   ModifierMaskOf(XK_Scroll_Lock)};
-    QList<std::uint16_t> variants{0};
-    for (const std::uint16_t lock : locks) {
+    m_lockVariants = {0};
+    for (const std::uint16_t lock :
+         {static_cast<std::uint16_t>(XCB_MOD_MASK_LOCK), numMask, scrollMask}) {
         // A lock that shares a modifier with a binding's modifiers would grab too much.
         if (lock == 0 || (lock & BindingMask) != 0)
             continue;
-        const qsizetype count = variants.size();
+        const qsizetype count = m_lockVariants.size();
         for (qsizetype i = 0; i < count; ++i) {
-            const auto variant = static_cast<std::uint16_t>(variants.at(i) | lock);
-            if (!variants.contains(variant))
-                variants.append(variant);
+            const auto variant = static_cast<std::uint16_t>(m_lockVariants.at(i) | lock);
+            if (!m_lockVariants.contains(variant))
+                m_lockVariants.append(variant);
         }
     }
-    return variants;
+    return m_lockVariants;
 }
 
-void X11HotkeySystem::Ungrab(const Registration& registration, qsizetype grabs) {
-    const QList<std::uint16_t> variants = LockVariants();
-    qsizetype done = 0;
-    for (const std::uint8_t keycode : registration.keycodes) {
-        for (const std::uint16_t variant : variants) {
-            if (grabs >= 0 && done++ >= grabs)
-                return;
-            xcb_ungrab_key(m_connection, keycode, m_root,
-                           static_cast<std::uint16_t>(registration.xModifiers | variant));
-        }
-    }
+void X11HotkeySystem::Ungrab(const Registration& registration) {
+    for (const auto& [keycode, modifiers] : registration.grabs)
+        xcb_ungrab_key(m_connection, keycode, m_root, modifiers);
 }
 
 bool X11HotkeySystem::RegisterHotKey(WindowHandle hwnd, int id, int modifiers, int vkey) {
@@ -144,18 +125,18 @@ bool X11HotkeySystem::RegisterHotKey(WindowHandle hwnd, int id, int modifiers, i
             return false;
         }
     }
-    Registration registration{hwnd, id, modifiers, vkey, XModifiers(modifiers), Keycodes(vkey)};
-    const QList<std::uint16_t> variants = LockVariants();
-    qsizetype grabs = 0;
+    Registration registration{
+        hwnd, id, modifiers, vkey, XModifiers(modifiers), KeycodesOf(VirtualKeys::KeySym(vkey)),
+        {}};
     for (const std::uint8_t keycode : std::as_const(registration.keycodes)) {
-        for (const std::uint16_t variant : variants) {
+        for (const std::uint16_t variant : LockVariants()) {
+            const auto grabbed = static_cast<std::uint16_t>(registration.xModifiers | variant);
             const xcb_void_cookie_t cookie =
-                xcb_grab_key_checked(m_connection, 1, m_root,
-                                     static_cast<std::uint16_t>(registration.xModifiers | variant),
-                                     keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                xcb_grab_key_checked(m_connection, 1, m_root, grabbed, keycode, XCB_GRAB_MODE_ASYNC,
+                                     XCB_GRAB_MODE_ASYNC);
             if (xcb_generic_error_t* error = xcb_request_check(m_connection, cookie)) {
                 std::free(error);
-                Ungrab(registration, grabs);
+                Ungrab(registration);
                 xcb_flush(m_connection);
                 qCInfo(lcHotkeys).noquote()
                     << QStringLiteral("Another program holds the hotkey with modifiers %1 and "
@@ -165,7 +146,7 @@ bool X11HotkeySystem::RegisterHotKey(WindowHandle hwnd, int id, int modifiers, i
                 SetLastError(AlreadyRegistered);
                 return false;
             }
-            ++grabs;
+            registration.grabs.append({keycode, grabbed});
         }
     }
     xcb_flush(m_connection);
@@ -178,7 +159,7 @@ bool X11HotkeySystem::UnregisterHotKey(WindowHandle hwnd, int id) {
     for (qsizetype i = 0; i < m_registrations.size(); ++i) {
         const Registration& registration = m_registrations.at(i);
         if (registration.hwnd == hwnd && registration.id == id) {
-            Ungrab(registration, -1);
+            Ungrab(registration);
             xcb_flush(m_connection);
             m_registrations.removeAt(i);
             SetLastError(NoError);
@@ -198,6 +179,8 @@ bool X11HotkeySystem::nativeEventFilter(const QByteArray& eventType, void* messa
         auto* mapping = reinterpret_cast<xcb_mapping_notify_event_t*>(event);
         if (m_symbols != nullptr)
             xcb_refresh_keyboard_mapping(m_symbols, mapping);
+        // Where the locks sit may have moved; the grabs already made keep their own record.
+        m_lockVariants.clear();
         return false;
     }
     if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)

@@ -6,6 +6,7 @@
 #include <QList>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 struct xcb_connection_t;
 struct _XCBKeySymbols;
@@ -39,18 +40,21 @@ private:
         int vkey = 0;
         std::uint16_t xModifiers = 0;
         QList<std::uint8_t> keycodes; // empty: a key this keyboard does not have
+        // Every grab made for it: keycode and modifiers, the lock variants included.
+        QList<std::pair<std::uint8_t, std::uint16_t>> grabs;
     };
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-    QList<std::uint8_t> Keycodes(int vkey);
-    QList<std::uint16_t> LockVariants();
-    std::uint16_t ModifierMaskOf(std::uint32_t keySym);
-    void Ungrab(const Registration& registration, qsizetype grabs);
+    QList<std::uint8_t> KeycodesOf(std::uint32_t keySym) const;
+    // The lock modifier combinations every grab is made for, read once from the server.
+    const QList<std::uint16_t>& LockVariants();
+    void Ungrab(const Registration& registration);
 
     xcb_connection_t* m_connection;
     std::uint32_t m_root;
     _XCBKeySymbols* m_symbols;
     QList<Registration> m_registrations;
+    QList<std::uint16_t> m_lockVariants;
 };
 
 } // namespace Pelorin
