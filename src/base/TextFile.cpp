@@ -232,14 +232,21 @@ bool TextFile::Write(const QString& path, const TextFileContent& content, QStrin
 
 bool TextFile::ReadConfined(const QString& path, const QString& folder, qint64 maxBytes,
                             TextFileContent& content, QString* error) {
+    if (QFileInfo(path).isSymLink() && !FileNames::ResolvesInside(folder, path)) {
+        if (error)
+            *error = path + QStringLiteral(" is a link that leads outside its folder");
+        return false;
+    }
+    return ReadRegular(path, maxBytes, content, error);
+}
+
+bool TextFile::ReadRegular(const QString& path, qint64 maxBytes, TextFileContent& content,
+                           QString* error) {
     const auto fail = [error](const QString& why) {
         if (error)
             *error = why;
         return false;
     };
-    const QFileInfo info(path);
-    if (info.isSymLink() && !FileNames::ResolvesInside(folder, path))
-        return fail(path + QStringLiteral(" is a link that leads outside its folder"));
     // Non-blocking, so that opening a FIFO does not wait for a writer; the type is checked on
     // what was opened, not on the name.
     const int fd =

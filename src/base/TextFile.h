@@ -59,6 +59,10 @@ public:
     // opened for long, so none of them can hang or flood the program.
     static bool ReadConfined(const QString& path, const QString& folder, qint64 maxBytes,
                              TextFileContent& content, QString* error = nullptr);
+    // The same without the folder: a file of the user's own (personal.ini, an LRC file), read
+    // through any link, but only when it is a regular file of at most `maxBytes`.
+    static bool ReadRegular(const QString& path, qint64 maxBytes, TextFileContent& content,
+                            QString* error = nullptr);
     // Writes the whole file or nothing, and never through a link or onto anything but a regular
     // file (a skin could otherwise point its file at one of the user's).
     static bool WriteConfined(const QString& path, const TextFileContent& content,

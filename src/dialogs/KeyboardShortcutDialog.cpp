@@ -2,6 +2,7 @@
 
 #include "base/TextFile.h"
 #include "base/TextRules.h"
+#include "hotkeys/KeyboardShortcuts.h"
 #include "platform/MessageBox.h"
 
 #include <QCheckBox>
@@ -337,25 +338,22 @@ void KeyboardShortcutDialog::SendTo(Side& side, Side& other) {
     DeleteSelected(side);
 }
 
+bool KeyboardShortcutDialog::ReadFile(const QString& path, bool confined, TextFileContent& content,
+                                      QString* error) {
+    if (confined)
+        return TextFile::ReadConfined(path, QFileInfo(path).absolutePath(),
+                                      TextFile::MaxSkinFileBytes, content, error);
+    // No personal file yet: no personal shortcuts.
+    const QFileInfo info(path);
+    if (!info.exists() && !info.isSymLink())
+        return true;
+    return TextFile::ReadRegular(path, TextFile::MaxSkinFileBytes, content, error);
+}
+
 bool KeyboardShortcutDialog::ReadShortcuts(const QString& path, bool confined, QListWidget* list) {
     TextFileContent content;
     QString error;
-    bool read = false;
-    if (confined) {
-        read = TextFile::ReadConfined(path, QFileInfo(path).absolutePath(),
-                                      TextFile::MaxSkinFileBytes, content, &error);
-    } else {
-        const QFileInfo info(path);
-        // No personal file yet: no personal shortcuts.
-        if (!info.exists() && !info.isSymLink())
-            return true;
-        if (!info.isFile())
-            error = QStringLiteral("it is not a regular file");
-        else if (info.size() > TextFile::MaxSkinFileBytes)
-            error = QStringLiteral("it is too large");
-        else
-            read = TextFile::Read(path, content, &error);
-    }
+    const bool read = ReadFile(path, confined, content, &error);
     if (!read) {
         MessageBox::Show(QStringLiteral("%1 cannot be read: %2")
                              .arg(QDir::toNativeSeparators(path),
@@ -370,6 +368,10 @@ bool KeyboardShortcutDialog::ReadShortcuts(const QString& path, bool confined, Q
     return true;
 }
 
+QString KeyboardShortcutDialog::PersonalFile() const {
+    return m_program.programFolder + PersonalFileName();
+}
+
 bool KeyboardShortcutDialog::LoadAll(const QString& skinFile) {
     m_skinFile = skinFile;
     m_updating = true;
@@ -377,8 +379,7 @@ bool KeyboardShortcutDialog::LoadAll(const QString& skinFile) {
     m_personal.shortcuts->clear();
     m_updating = false;
     if (!ReadShortcuts(skinFile, true, m_skin.shortcuts) ||
-        !ReadShortcuts(m_program.programFolder + QStringLiteral("personal.ini"), false,
-                       m_personal.shortcuts))
+        !ReadShortcuts(PersonalFile(), false, m_personal.shortcuts))
         return false;
     show();
     raise();
@@ -390,16 +391,7 @@ bool KeyboardShortcutDialog::Rewrite(const QString& path, bool confined, const Q
     // Neither file is ever written through a link or onto anything but a regular file.
     TextFileContent content;
     QString error;
-    const QFileInfo info(path);
-    const bool exists = info.exists() || info.isSymLink();
-    bool ok = true;
-    if (exists) {
-        ok = confined ? TextFile::ReadConfined(path, info.absolutePath(),
-                                               TextFile::MaxSkinFileBytes, content, &error)
-                      : (info.isFile() && TextFile::Read(path, content, &error));
-        if (!ok && error.isEmpty())
-            error = QStringLiteral("it is not a regular file");
-    }
+    bool ok = ReadFile(path, confined, content, &error);
     if (ok) {
         QStringList lines;
         for (const QString& line : std::as_const(content.Lines)) {
@@ -425,8 +417,7 @@ bool KeyboardShortcutDialog::Rewrite(const QString& path, bool confined, const Q
 
 bool KeyboardShortcutDialog::SaveAll() {
     return Rewrite(m_skinFile, true, m_skin.shortcuts) &&
-           Rewrite(m_program.programFolder + QStringLiteral("personal.ini"), false,
-                   m_personal.shortcuts);
+           Rewrite(PersonalFile(), false, m_personal.shortcuts);
 }
 
 void KeyboardShortcutDialog::cmdSave_Click() {

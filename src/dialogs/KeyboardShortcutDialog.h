@@ -14,6 +14,8 @@ class QPushButton;
 
 namespace Pelorin {
 
+struct TextFileContent;
+
 // frmKeyboardShortcut ("Manage Keyboard Shortcuts"): the skin's own keyboard shortcuts (kept in
 // its skin.ini) and the personal ones (personal.ini in the program folder), side by side. Saving
 // writes both files, the bindings last under the marker line, and reopens the current skin so
@@ -69,6 +71,11 @@ public:
 private:
     Side BuildSide(const QString& title, const QString& text, const QString& sendCaption);
     void ConnectSide(Side& side, Side& other);
+    // A file of the dialog: the skin's confined to its folder, personal.ini (missing: empty)
+    // through any link; only a regular file of sane size.
+    static bool ReadFile(const QString& path, bool confined, TextFileContent& content,
+                         QString* error);
+    QString PersonalFile() const;
     bool ReadShortcuts(const QString& path, bool confined, QListWidget* list);
     bool Rewrite(const QString& path, bool confined, const QListWidget* list);
     void ItemSelected(Side& side);

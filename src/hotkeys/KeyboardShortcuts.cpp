@@ -129,21 +129,15 @@ void CheckStartPersonal(int skinWindowCount, const QString& programFolder,
     const QFileInfo info(path);
     if (!info.exists() && !info.isSymLink())
         return; // no personal shortcuts
-    // The user's own file, so a link anywhere is fine; but only a regular file of sane size is
-    // read, so that a folder or a pipe of that name cannot stop the skin from loading.
+    // The user's own file, so a link anywhere is fine; but a folder or a pipe of that name must
+    // not stop the skin from loading.
     TextFileContent content;
     QString reason;
-    if (!info.isFile())
-        reason = QStringLiteral("it is not a regular file");
-    else if (info.size() > TextFile::MaxSkinFileBytes)
-        reason = QStringLiteral("it is larger than %1 MiB").arg(TextFile::MaxSkinFileBytes >> 20);
-    else if (!TextFile::Read(path, content, &reason) && reason.isEmpty())
-        reason = QStringLiteral("it cannot be read");
-    if (!reason.isEmpty()) {
+    if (!TextFile::ReadRegular(path, TextFile::MaxSkinFileBytes, content, &reason)) {
         if (report)
-            report(QStringLiteral("Pelorin cannot read your personal shortcuts in \"%1\": %2. "
-                                  "The skin loads without them.")
-                       .arg(path, reason));
+            report(QStringLiteral("Pelorin cannot read your personal shortcuts: %1. The skin "
+                                  "loads without them.")
+                       .arg(reason));
         return;
     }
     for (const QString& line : std::as_const(content.Lines))

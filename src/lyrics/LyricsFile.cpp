@@ -5,9 +5,6 @@
 #include "base/TextRules.h"
 #include "base/VbError.h"
 
-#include <QFile>
-#include <QFileInfo>
-
 namespace Pelorin {
 
 namespace {
@@ -40,13 +37,9 @@ QString LyricsFile::ReadToString(const QString& fileName) {
     const QString path = FileNames::Resolve(FileNames::WithSlashes(fileName));
     // Only a regular file of sane size: a folder or a pipe of that name is no lyrics file, and
     // nothing can make the reader hang or fill the memory.
-    const QFileInfo info(path);
-    if (!info.isFile() || info.size() > MaxFileBytes)
+    TextFileContent content;
+    if (!TextFile::ReadRegular(path, MaxFileBytes, content))
         return QString();
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return QString();
-    const TextFileContent content = TextFile::FromBytes(file.read(MaxFileBytes));
     QString text;
     for (const QString& line : content.Lines) {
         if (m_linesRead >= MaxLines)

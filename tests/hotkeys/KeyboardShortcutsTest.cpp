@@ -243,7 +243,7 @@ TEST_F(KeyboardShortcutsTest, APersonalFileThatIsAFolderIsReportedAndTheSkinStil
     SkinWindowBinding* binding = OpenWith({QStringLiteral("WIN+P")});
     const std::string err = testing::internal::GetCapturedStderr();
     EXPECT_NE(err.find("Pelorin cannot read your personal shortcuts"), std::string::npos) << err;
-    EXPECT_NE(err.find("it is not a regular file"), std::string::npos) << err;
+    EXPECT_NE(err.find("personal.ini is not a regular file"), std::string::npos) << err;
     EXPECT_EQ(Registered(), Combination(Win, 80)) << "the skin's own bindings still register";
     EXPECT_FALSE(binding->Window()->IsUnloaded());
 }
