@@ -65,8 +65,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
 
     LrcImport::Lyrics imported;
-    const QString text = TextFile::Decode(QByteArrayView(data, static_cast<qsizetype>(size)));
-    if (LrcImport::Parse(text, imported)) {
+    const QStringList lines =
+        TextFile::FromBytes(QByteArrayView(data, static_cast<qsizetype>(size))).Lines;
+    if (LrcImport::Parse(lines, imported)) {
         Check(imported.timedLines > 0);
         Check(!imported.artist.isEmpty() && !imported.title.isEmpty());
         for (const QString& line : imported.section.split(QStringLiteral("\r\n"))) {

@@ -30,7 +30,7 @@ QString Seconds(double seconds) {
 
 } // namespace
 
-bool LrcImport::Parse(const QString& text, Lyrics& lyrics, QString* error) {
+bool LrcImport::Parse(const QStringList& lrcLines, Lyrics& lyrics, QString* error) {
     static const QRegularExpression tag(QStringLiteral("^\\[([A-Za-z]+):(.*)\\]\\s*$"));
     static const QRegularExpression stamp(
         QStringLiteral("^\\[(\\d{1,4}):(\\d{1,2}(?:[.:]\\d{1,3})?)\\]"));
@@ -39,7 +39,7 @@ bool LrcImport::Parse(const QString& text, Lyrics& lyrics, QString* error) {
     lyrics = {};
     double offsetMs = 0;
     QList<TimedLine> lines;
-    for (QString line : TextFile::FromBytes(text.toUtf8()).Lines) {
+    for (QString line : lrcLines) {
         line = line.trimmed();
         QList<double> times;
         for (QRegularExpressionMatch m = stamp.match(line); m.hasMatch(); m = stamp.match(line)) {
@@ -101,20 +101,13 @@ QString LrcImport::Import(const QString& lrcFile, const QString& lyricsFolder, Q
             *error = why;
         return QString();
     };
-    const QFileInfo info(lrcFile);
-    if (!info.isFile())
-        return fail(QStringLiteral("%1 is not a readable file").arg(lrcFile));
-    if (info.size() > LyricsFile::MaxFileBytes)
-        return fail(QStringLiteral("%1 is larger than %2 MiB")
-                        .arg(lrcFile)
-                        .arg(LyricsFile::MaxFileBytes >> 20));
     TextFileContent content;
     QString readError;
-    if (!TextFile::Read(lrcFile, content, &readError))
+    if (!TextFile::ReadRegular(lrcFile, LyricsFile::MaxFileBytes, content, &readError))
         return fail(QStringLiteral("%1 cannot be read: %2").arg(lrcFile, readError));
     Lyrics lyrics;
     QString problem;
-    if (!Parse(content.Lines.join(u'\n'), lyrics, &problem))
+    if (!Parse(content.Lines, lyrics, &problem))
         return fail(QStringLiteral("%1 cannot be imported: %2").arg(lrcFile, problem));
     const QString path =
         FileNames::WithSlashes(lyricsFolder + LyricsFile::GetFileName(lyrics.artist, lyrics.title));

@@ -20,9 +20,9 @@ public:
         int timedLines = 0;
     };
 
-    // Parses LRC text; `error` says what is missing when the result is unusable (no artist or
-    // title tag, no timed line), and the result is false then.
-    static bool Parse(const QString& text, Lyrics& lyrics, QString* error = nullptr);
+    // Parses the lines of an LRC file; `error` says what is missing when the result is unusable
+    // (no artist or title tag, no timed line), and the result is false then.
+    static bool Parse(const QStringList& lines, Lyrics& lyrics, QString* error = nullptr);
 
     // Reads `lrcFile` (UTF-8 or Windows-1252, any line ends), writes the sync file into
     // `lyricsFolder` (ending with "/") under the track's name, creating the artist's folder,

@@ -2,6 +2,7 @@
 // name, and what cannot be imported.
 #include "lyrics/LrcImport.h"
 
+#include "base/TextFile.h"
 #include "lyrics/LyricsFile.h"
 
 #include <QDir>
@@ -12,6 +13,11 @@
 using namespace Pelorin;
 
 namespace {
+
+// The lines of LRC text as a file holding these bytes reads.
+QStringList Lines(const QByteArray& bytes) {
+    return TextFile::FromBytes(bytes).Lines;
+}
 
 class LrcImportTest : public ::testing::Test {
 protected:
@@ -37,9 +43,9 @@ protected:
 
 TEST_F(LrcImportTest, TagsStampsAndWordStampsBecomeTimedLinesInOrder) {
     LrcImport::Lyrics lyrics;
-    ASSERT_TRUE(LrcImport::Parse(QStringLiteral("[ar: Band ]\n[ti:Song]\n[by:Someone]\n"
-                                                "[00:12.50]<00:12.50>First <00:13.00>line\n"
-                                                "[00:05.00][01:02]Chorus\n[00:20.7]\n"),
+    ASSERT_TRUE(LrcImport::Parse(Lines("[ar: Band ]\n[ti:Song]\n[by:Someone]\n"
+                                       "[00:12.50]<00:12.50>First <00:13.00>line\n"
+                                       "[00:05.00][01:02]Chorus\n[00:20.7]\n"),
                                  lyrics));
     EXPECT_EQ(lyrics.artist, QStringLiteral("Band"));
     EXPECT_EQ(lyrics.title, QStringLiteral("Song"));
@@ -52,11 +58,9 @@ TEST_F(LrcImportTest, TagsStampsAndWordStampsBecomeTimedLinesInOrder) {
 TEST_F(LrcImportTest, APositiveOffsetMakesTheLinesEarlierAndNoneGoesBelowZero) {
     LrcImport::Lyrics lyrics;
     ASSERT_TRUE(LrcImport::Parse(
-        QStringLiteral("[ar:A]\r\n[ti:T]\r\n[offset:+500]\r\n[00:00.20]zero\r\n[00:10.00]ten\r\n"),
-        lyrics));
+        Lines("[ar:A]\r\n[ti:T]\r\n[offset:+500]\r\n[00:00.20]zero\r\n[00:10.00]ten\r\n"), lyrics));
     EXPECT_EQ(lyrics.section, QStringLiteral("[0]zero\r\n[9.5]ten"));
-    ASSERT_TRUE(
-        LrcImport::Parse(QStringLiteral("[ar:A]\n[ti:T]\n[offset:-250]\n[00:10.00]ten\n"), lyrics));
+    ASSERT_TRUE(LrcImport::Parse(Lines("[ar:A]\n[ti:T]\n[offset:-250]\n[00:10.00]ten\n"), lyrics));
     EXPECT_EQ(lyrics.section, QStringLiteral("[10.25]ten"));
 }
 
