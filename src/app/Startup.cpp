@@ -297,7 +297,6 @@ int RunPelorin(int argc, char** argv) {
         .programFolder = programFolder,
         .lyricsPath = [&settings] { return settings.GetSetting(Settings::CantomPath); },
         .switchingSkin = [&shell] { return shell.SwitchingSkin(); },
-        .firstActivationSeen = std::make_shared<bool>(false),
         .playerApp = [&settings] { return settings.GetSetting(Settings::PlayerApp); },
         .mayChangeLibrary =
             [&trust](const QString& skinName, const QString& command) {

@@ -98,12 +98,7 @@ void MenusForm::BuildMenu() {
     m_mnuLoadSkin = m_mnuRightClick->addMenu(QStringLiteral("Load Skin"));
     m_mnuLoadSkin->setObjectName(QStringLiteral("mnuLoadSkin"));
     m_mnuLoadSkin->menuAction()->setObjectName(QStringLiteral("mnuLoadSkin"));
-    QAction* first = m_mnuLoadSkin->addAction(QStringLiteral("Default"));
-    first->setObjectName(QStringLiteral("mnuSKin"));
-    first->setProperty(SkinNameProperty, QStringLiteral("Default"));
-    connect(first, &QAction::triggered, this,
-            [this] { QTimer::singleShot(0, this, [this] { mnuSKin_Click(0); }); });
-    m_mnuSKin.append(first);
+    AddSkinEntry(QStringLiteral("Default"), nullptr);
     m_mnuRefreshList =
         AddCommand(m_mnuLoadSkin, QStringLiteral("mnuRefreshList"),
                    QStringLiteral("Refresh Skin List"), &MenusForm::mnuRefreshList_Click);
@@ -126,6 +121,18 @@ void MenusForm::BuildMenu() {
                &MenusForm::mnuQuit_Click);
 }
 
+void MenusForm::AddSkinEntry(const QString& skinName, QAction* before) {
+    auto* entry = new QAction(MenuText(skinName), m_mnuLoadSkin);
+    entry->setObjectName(QStringLiteral("mnuSKin"));
+    entry->setProperty(SkinNameProperty, skinName);
+    const int index = static_cast<int>(m_mnuSKin.size());
+    connect(entry, &QAction::triggered, this, [this, index] {
+        QTimer::singleShot(0, this, [this, index] { mnuSKin_Click(index); });
+    });
+    m_mnuLoadSkin->insertAction(before, entry);
+    m_mnuSKin.append(entry);
+}
+
 void MenusForm::FormLoad() {
     // The skins folder's sub-folders, as a folder list shows them: by name, letter case aside.
     const QDir skins(m_program.programFolder + QLatin1String("Skins/"));
@@ -142,17 +149,8 @@ void MenusForm::FormLoad() {
         first->setProperty(SkinNameProperty, GetFile(entries.first()));
         first->setEnabled(true);
     }
-    for (qsizetype i = 1; i < entries.size(); ++i) {
-        auto* entry = new QAction(MenuText(GetFile(entries.at(i))), m_mnuLoadSkin);
-        entry->setObjectName(QStringLiteral("mnuSKin"));
-        entry->setProperty(SkinNameProperty, GetFile(entries.at(i)));
-        const int index = static_cast<int>(i);
-        connect(entry, &QAction::triggered, this, [this, index] {
-            QTimer::singleShot(0, this, [this, index] { mnuSKin_Click(index); });
-        });
-        m_mnuLoadSkin->insertAction(m_mnuRefreshList, entry);
-        m_mnuSKin.append(entry);
-    }
+    for (qsizetype i = 1; i < entries.size(); ++i)
+        AddSkinEntry(GetFile(entries.at(i)), m_mnuRefreshList);
     LoadSysTray();
 }
 

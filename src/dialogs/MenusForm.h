@@ -101,6 +101,9 @@ public:
 private:
     void BuildMenu();
     void FormLoad();
+    // mnuSKin(next index): its caption, and the skin it switches to; inserted before `before`
+    // (at the end when null).
+    void AddSkinEntry(const QString& skinName, QAction* before);
     QAction* AddCommand(QMenu* menu, const QString& controlName, const QString& caption,
                         void (MenusForm::*command)());
     void OpenDocument(const QString& name);

@@ -75,13 +75,11 @@ bool SkinEditorDialog::Split(const QString& line, QString& command, QString& par
         return true;
     }
     const qsizetype equals = line.indexOf(u'=');
-    if (equals < 0)
-        return false;
-    command = line.left(equals);
-    param = line.mid(equals + 1);
+    command = equals < 0 ? line : line.left(equals);
+    param = equals < 0 ? QString() : line.mid(equals + 1);
     if (param.isEmpty())
         param = EmptyValue();
-    return !command.isEmpty();
+    return equals >= 0 && !command.isEmpty();
 }
 
 void SkinEditorDialog::ProcessLine(const QString& line) {
@@ -123,10 +121,11 @@ bool SkinEditorDialog::LoadSkin(const QString& skinFile) {
     m_lstParams->clear();
     m_txtLine->clear();
     m_updating = false;
-    m_loading = true;
     for (const QString& line : std::as_const(content.Lines))
         ProcessLine(line);
-    m_loading = false;
+    // Written back in the encoding it came in.
+    m_encoding = content.Encoding;
+    m_hadBom = content.HadBom;
     show();
     raise();
     activateWindow();
@@ -154,19 +153,10 @@ void SkinEditorDialog::txtLine_Change() {
     const int row = m_lstCommands->currentRow();
     if (row < 0 || row >= m_lstCommands->count())
         return;
+    // An edited line without "=" stays as typed, with an empty value.
     QString command;
     QString param;
-    const QString line = m_txtLine->text();
-    if (IsComment(line)) {
-        command = CommentItem();
-        param = line;
-    } else {
-        const qsizetype equals = line.indexOf(u'=');
-        command = equals < 0 ? line : line.left(equals);
-        param = equals < 0 ? QString() : line.mid(equals + 1);
-        if (param.isEmpty())
-            param = EmptyValue();
-    }
+    Split(m_txtLine->text(), command, param);
     m_updating = true;
     m_lstCommands->item(row)->setText(command);
     m_lstParams->item(row)->setText(param);
@@ -192,10 +182,9 @@ void SkinEditorDialog::cmdRemvoe_Click() {
 
 bool SkinEditorDialog::cmdReload_Click() {
     TextFileContent content;
+    content.Encoding = m_encoding;
+    content.HadBom = m_hadBom;
     QString error;
-    // The file's own encoding is kept.
-    TextFile::ReadConfined(m_skinFile, QFileInfo(m_skinFile).absolutePath(),
-                           TextFile::MaxSkinFileBytes, content, &error);
     QStringList lines;
     for (int i = 0; i < m_lstCommands->count(); ++i) {
         const QString command = m_lstCommands->item(i)->text();
@@ -205,7 +194,6 @@ bool SkinEditorDialog::cmdReload_Click() {
             lines.append(command + u'=' + m_lstParams->item(i)->text());
     }
     content.Lines = lines;
-    error.clear();
     if (!TextFile::WriteConfined(m_skinFile, content, &error)) {
         MessageBox::Show(QStringLiteral("%1 could not be saved: %2. Your changes are still in the "
                                         "editor.")

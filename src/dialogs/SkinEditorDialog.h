@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/TextFile.h"
 #include "dialogs/DialogForm.h"
 
 #include <QString>
@@ -50,8 +51,8 @@ public:
     static QString EmptyValue() { return QStringLiteral("NONE"); }
 
 private:
-    // The pair a line gives: false for a line without "=" (or with an empty name) that is no
-    // comment.
+    // The pair a line gives ("NONE" for an empty value); false for a line that loading drops:
+    // no "=", or an empty name, and no comment.
     static bool Split(const QString& line, QString& command, QString& param);
     static bool IsComment(const QString& line);
     void Select(int row);
@@ -59,7 +60,8 @@ private:
 
     Program m_program;
     QString m_skinFile;
-    bool m_loading = false;
+    TextEncoding m_encoding = TextEncoding::Utf8;
+    bool m_hadBom = false;
     bool m_updating = false;
     QListWidget* m_lstCommands = nullptr;
     QListWidget* m_lstParams = nullptr;
