@@ -247,7 +247,7 @@ TEST_F(MenusFormTest, OptionsShowsTheOptionsAndQuitClosesEveryForm) {
     EXPECT_EQ(closeAll, 1);
 }
 
-TEST_F(MenusFormTest, TheEditorEntriesAreGreyedOutUntilTheEditorsExist) {
+TEST_F(MenusFormTest, TheEditorEntriesAreGreyedOutWhenTheProgramHasNoEditors) {
     MakeSkinFolders({QStringLiteral("Default")});
     MenusForm& form = Load();
     EXPECT_FALSE(form.Entry(QStringLiteral("mnuKeyboard"))->isEnabled());
